@@ -1,0 +1,146 @@
+#include "index/packageindex.h"
+#include "index/packageindex_p.h"
+
+#include "index/keywordnode.h"
+#include "index/packageindexbuilder_p.h"
+#include "index/packagenode.h"
+#include "index/translatedmanifest_p.h"
+#include "repository/packageaccessor.h"
+#include "repository/packagesource.h"
+
+#include <algorithm>
+
+namespace ts::pm {
+
+namespace {
+
+quint64 nextSerial()
+{
+    static std::atomic<quint64> last{0};
+    return ++last;
+}
+
+} // namespace
+
+PackageIndexPrivate::PackageIndexPrivate(PackageIndex *q)
+    : q(q)
+    , serial(nextSerial())
+{
+}
+
+// Nodes first, then the lock of the install root, then the accessors from last to first, and the strings that
+// all of them may refer to last of all.
+PackageIndexPrivate::~PackageIndexPrivate()
+{
+    qDeleteAll(nodes);
+    for (TranslatedManifest *manifest = retiredManifests; manifest;) {
+        TranslatedManifest *next = manifest->nextRetired;
+        delete manifest;
+        manifest = next;
+    }
+    installLocation = InstallLocation();
+    while (!accessors.empty())
+        accessors.pop_back();
+}
+
+void PackageIndexPrivate::retire(TranslatedManifest *manifest)
+{
+    manifest->nextRetired = retiredManifests.load(std::memory_order_relaxed);
+    while (!retiredManifests.compare_exchange_weak(manifest->nextRetired, manifest, std::memory_order_release,
+                                                   std::memory_order_relaxed)) {
+    }
+}
+
+PackageIndex::PackageIndex()
+    : d(new PackageIndexPrivate(this))
+{
+}
+
+PackageIndex::~PackageIndex() = default;
+
+void PackageIndex::addSource(PackageSource *source)
+{
+    d->accessors.emplace_back(source->getAccessor());
+}
+
+void PackageIndex::build()
+{
+    PackageIndexBuilder(*d).build();
+}
+
+QStringRef PackageIndex::addString(const QString &string)
+{
+    return d->stringBuffer.addString(string);
+}
+
+QStringRef PackageIndex::activeLanguage() const
+{
+    return d->activeLanguage;
+}
+
+PackageAccessor *PackageIndex::accessor(int position) const
+{
+    return d->accessors[size_t(position)].get();
+}
+
+KeywordNode *PackageIndex::getKeyword(const QStringRef &id) const
+{
+    PackageIndexNode *node = d->nodes.value(id);
+    return node ? node->toKeyword() : nullptr;
+}
+
+PackageNode *PackageIndex::getPackage(const QStringRef &id) const
+{
+    PackageIndexNode *node = d->nodes.value(id);
+    return node ? node->toPackage() : nullptr;
+}
+
+KeywordList PackageIndex::selectKeywords(QSharedPointer<PackageIndex> index, const KeywordFilter &filter)
+{
+    if (!index)
+        return KeywordList();
+    QVector<const KeywordNode *> selected;
+    for (KeywordNode *keyword : qAsConst(index->d->keywords)) {
+        if (!filter || filter(keyword))
+            selected.append(keyword);
+    }
+    return KeywordList(index, selected);
+}
+
+PackageList PackageIndex::selectPackages(QSharedPointer<PackageIndex> index, const QString &type,
+                                         const PackageFilter &filter, const PackageOrder &less)
+{
+    if (!index)
+        return PackageList();
+    const QVector<PackageNode *> &packages = index->d->packages;
+    QPair<int, int> range(0, packages.size() - 1);
+    if (!type.isEmpty()) {
+        const auto known = index->d->typeRanges.constFind(QStringRef(&type));
+        if (known == index->d->typeRanges.constEnd())
+            return PackageList();
+        range = *known;
+    }
+    QVector<const PackageNode *> selected;
+    if (!filter)
+        selected.reserve(range.second - range.first + 1);
+    for (int position = range.first; position <= range.second; ++position) {
+        if (!filter || filter(packages.at(position)))
+            selected.append(packages.at(position));
+    }
+    if (less)
+        std::stable_sort(selected.begin(), selected.end(), less);
+    return PackageList(index, selected);
+}
+
+InstallLocation PackageIndex::installLocation() const
+{
+    return d->installLocation;
+}
+
+// Whoever reads a manifest of an older generation reads and translates it anew.
+void PackageIndex::invalidateManifests()
+{
+    d->manifestGeneration.fetch_add(1, std::memory_order_acq_rel);
+}
+
+} // namespace ts::pm

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "index/packageindex.h"
+#include "index/stringbuffer_p.h"
+
+#include <QHash>
+#include <QMap>
+#include <QPair>
+#include <QVector>
+
+#include <atomic>
+#include <memory>
+#include <vector>
+
+namespace ts::pm {
+
+class PackageIndexNode;
+struct TranslatedManifest;
+
+// Written by the build on its worker thread, then read-only, apart from the two atomics.
+class PackageIndexPrivate
+{
+public:
+    explicit PackageIndexPrivate(PackageIndex *q);
+    ~PackageIndexPrivate();
+
+    /** Keeps \a manifest until the index goes. Any thread. */
+    void retire(TranslatedManifest *manifest);
+
+    PackageIndex *const q;
+    StringBuffer stringBuffer;
+    QHash<QStringRef, PackageIndexNode *> nodes; // owned
+    QVector<PackageNode *> packages;
+    QVector<KeywordNode *> keywords;
+    QMap<QStringRef, QPair<int, int>> typeRanges; // first and last position in packages, both inclusive
+    QStringRef activeLanguage;
+    std::vector<std::unique_ptr<PackageAccessor>> accessors; // in source order
+    InstallLocation installLocation;
+
+    const quint64 serial; // tells this index from all others of the process, also from those long gone
+    std::atomic<quint32> manifestGeneration{0};
+
+private:
+    Q_DISABLE_COPY(PackageIndexPrivate)
+
+    std::atomic<TranslatedManifest *> retiredManifests{nullptr};
+};
+
+} // namespace ts::pm

@@ -1,0 +1,104 @@
+#include "index/sortstring_p.h"
+
+#include "index/keywordnode.h"
+#include "index/packagenode.h"
+
+#include <algorithm>
+
+namespace ts::pm {
+
+namespace {
+
+// Real catalogues stay far below both.
+constexpr int longestChain = 256; // entries
+constexpr int longestText = 4096; // characters before the id
+
+QStringRef textOf(const PackageIndexNode *node)
+{
+    return node->toKeyword()->sortString();
+}
+
+} // namespace
+
+SortString::SortString(const PackageNode &package)
+    : package(package)
+{
+    collectChain();
+    collectAttributes();
+}
+
+void SortString::collectChain()
+{
+    chain.append({&package, -1});
+    for (int i = 0; i < chain.size(); ++i) {
+        for (const PackageIndexLink &link : chain[i].node->outgoingLinks()) {
+            if (link.type != IsA || !link.node->isKeyword() || isOnPath(link.node, i))
+                continue;
+            if (chain.size() > longestChain)
+                return;
+            chain.append({link.node, i});
+        }
+    }
+}
+
+bool SortString::isOnPath(const PackageIndexNode *node, int end) const
+{
+    for (int i = end; i >= 0; i = chain[i].reachedFrom) {
+        if (chain[i].node == node)
+            return true;
+    }
+    return false;
+}
+
+void SortString::collectAttributes()
+{
+    for (const PackageIndexLink &link : package.outgoingLinks()) {
+        const KeywordNode *keyword = link.node->toKeyword();
+        if (keyword && (link.type == Contains || link.type == Is))
+            attributes.append({link.type, keyword});
+    }
+    std::sort(attributes.begin(), attributes.end(), linkLess);
+}
+
+bool SortString::linkLess(const Attribute &a, const Attribute &b)
+{
+    if (a.linkType != b.linkType)
+        return a.linkType < b.linkType;
+    if (a.keyword->collationRank >= 0 && b.keyword->collationRank >= 0)
+        return a.keyword->collationRank < b.keyword->collationRank;
+    return QStringRef::localeAwareCompare(a.keyword->sortString(), b.keyword->sortString()) < 0;
+}
+
+int SortString::length() const
+{
+    int length = chain.size() + attributes.size() + 2 + package.id().size();
+    for (int i = 1; i < chain.size(); ++i)
+        length += textOf(chain[i].node).size();
+    for (const Attribute &attribute : attributes)
+        length += attribute.keyword->sortString().size();
+    return length;
+}
+
+QString SortString::text() const
+{
+    QString text;
+    text.reserve(qMin(length(), longestText + 1 + package.id().size()));
+    for (int i = chain.size() - 1; i > 0 && text.size() < longestText; --i) {
+        text += textOf(chain[i].node);
+        if (i > 1)
+            text += QLatin1Char('>');
+    }
+    if (!attributes.isEmpty() && !text.isEmpty())
+        text += QLatin1Char(':');
+    for (int i = 0; i < attributes.size() && text.size() < longestText; ++i) {
+        if (i > 0)
+            text += QLatin1Char('&');
+        text += attributes[i].keyword->sortString();
+    }
+    text.truncate(longestText);
+    text += QLatin1Char('#');
+    text += package.id();
+    return text;
+}
+
+} // namespace ts::pm

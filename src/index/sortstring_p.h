@@ -1,0 +1,46 @@
+#pragma once
+
+#include "repository/link.h"
+
+#include <QString>
+#include <QStringRef>
+#include <QVarLengthArray>
+
+namespace ts::pm {
+
+class KeywordNode;
+class PackageIndexNode;
+class PackageNode;
+
+/** Puts together the text that places a package among those of its type: a>b>c:x&y#id. */
+class SortString
+{
+public:
+    explicit SortString(const PackageNode &package);
+
+    QString text() const;
+
+private:
+    struct ChainEntry
+    {
+        const PackageIndexNode *node;
+        int reachedFrom; // position in the chain, -1 for the package itself
+    };
+    struct Attribute
+    {
+        LinkType linkType;
+        const KeywordNode *keyword;
+    };
+
+    void collectChain();
+    bool isOnPath(const PackageIndexNode *node, int end) const;
+    void collectAttributes();
+    static bool linkLess(const Attribute &a, const Attribute &b);
+    int length() const;
+
+    const PackageNode &package;
+    QVarLengthArray<ChainEntry, 16> chain; // the package, then its categories, the nearest first
+    QVarLengthArray<Attribute, 8> attributes;
+};
+
+} // namespace ts::pm

@@ -1,0 +1,39 @@
+#include "presentation/manifestbooleanfield.h"
+
+namespace ts::pm {
+
+class ManifestBooleanFieldPrivate
+{
+public:
+    bool defaultValue = false;
+};
+
+ManifestBooleanField::ManifestBooleanField(QObject *parent)
+    : ManifestField(parent)
+    , d(new ManifestBooleanFieldPrivate)
+{
+}
+
+ManifestBooleanField::~ManifestBooleanField() = default;
+
+bool ManifestBooleanField::defaultValue() const
+{
+    return d->defaultValue;
+}
+
+void ManifestBooleanField::setDefaultValue(bool value)
+{
+    if (d->defaultValue == value)
+        return;
+    d->defaultValue = value;
+    Q_EMIT defaultValueChanged();
+    Q_EMIT updateRequested();
+}
+
+QVariant ManifestBooleanField::convert(const QJsonValue &value, const PackageNode *node) const
+{
+    Q_UNUSED(node)
+    return value.toBool(d->defaultValue);
+}
+
+} // namespace ts::pm

@@ -1,0 +1,143 @@
+#include "presentation/packagedata.h"
+#include "presentation/packagedata_p.h"
+
+#include <QSet>
+
+namespace ts::pm {
+
+namespace {
+
+PackageDataPrivate *dataOf(QQmlListProperty<ManifestField> *list)
+{
+    return static_cast<PackageDataPrivate *>(list->data);
+}
+
+} // namespace
+
+PackageDataPrivate::PackageDataPrivate(PackageData *q)
+    : q(q)
+    , map(new PackageManifestData(q))
+{
+}
+
+void PackageDataPrivate::appendField(QQmlListProperty<ManifestField> *list, ManifestField *field)
+{
+    PackageDataPrivate *d = dataOf(list);
+    d->fields.append(field);
+    d->queueFieldChange();
+}
+
+int PackageDataPrivate::fieldCount(QQmlListProperty<ManifestField> *list)
+{
+    return dataOf(list)->fields.size();
+}
+
+ManifestField *PackageDataPrivate::fieldAt(QQmlListProperty<ManifestField> *list, int index)
+{
+    return dataOf(list)->fields.value(index);
+}
+
+void PackageDataPrivate::clearFields(QQmlListProperty<ManifestField> *list)
+{
+    PackageDataPrivate *d = dataOf(list);
+    if (d->fields.isEmpty())
+        return;
+    for (const QPointer<ManifestField> &field : qAsConst(d->fields)) {
+        if (field)
+            field->disconnect(d->q);
+    }
+    d->fields.clear();
+    d->queueFieldChange();
+}
+
+void PackageDataPrivate::queueFieldChange()
+{
+    if (fieldsDirty)
+        return;
+    fieldsDirty = true;
+    QMetaObject::invokeMethod(q, "processFieldChange", Qt::QueuedConnection);
+}
+
+// A file can be shown only once it is installed; a title or a size as soon as the package is known.
+void PackageDataPrivate::update()
+{
+    const bool installed = reference && reference->status() == PackageReference::Installed;
+    const QStringList keys = map->keys();
+    QSet<QString> stale(keys.begin(), keys.end());
+    const PackageNode *node = reference ? reference->node() : nullptr;
+    for (const QPointer<ManifestField> &field : qAsConst(fields)) {
+        if (!field)
+            continue;
+        stale.remove(field->name());
+        const bool hidden = !installed && field->isStatusDependent();
+        map->insert(field->name(), field->read(hidden ? nullptr : node));
+    }
+    for (const QString &key : qAsConst(stale))
+        map->clear(key);
+}
+
+PackageData::PackageData(QObject *parent)
+    : QObject(parent)
+    , d(new PackageDataPrivate(this))
+{
+}
+
+PackageData::~PackageData() = default;
+
+PackageReference *PackageData::packageReference() const
+{
+    return d->reference;
+}
+
+void PackageData::setPackageReference(PackageReference *reference)
+{
+    if (d->reference == reference)
+        return;
+    if (d->reference)
+        d->reference->disconnect(this);
+    d->reference = reference;
+    if (reference) {
+        connect(reference, &PackageReference::statusChanged, this, &PackageData::update);
+        connect(reference, &PackageReference::updated, this, &PackageData::update);
+        connect(reference, &PackageReference::translationsChanged, this, &PackageData::update);
+    }
+    Q_EMIT packageReferenceChanged();
+    update();
+}
+
+QQmlListProperty<ManifestField> PackageData::manifestFields()
+{
+    return QQmlListProperty<ManifestField>(this, d.data(), &PackageDataPrivate::appendField,
+                                           &PackageDataPrivate::fieldCount, &PackageDataPrivate::fieldAt,
+                                           &PackageDataPrivate::clearFields);
+}
+
+QQmlPropertyMap *PackageData::manifest() const
+{
+    return d->map;
+}
+
+void PackageData::classBegin() {}
+
+void PackageData::componentComplete()
+{
+    processFieldChange();
+}
+
+// Runs twice for the fields of a component, which then update twice; the second time changes nothing.
+void PackageData::processFieldChange()
+{
+    d->fieldsDirty = false;
+    for (const QPointer<ManifestField> &field : qAsConst(d->fields)) {
+        if (field)
+            connect(field, &ManifestField::updateRequested, this, &PackageData::update);
+    }
+    update();
+}
+
+void PackageData::update()
+{
+    d->update();
+}
+
+} // namespace ts::pm

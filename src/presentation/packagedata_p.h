@@ -1,0 +1,48 @@
+#pragma once
+
+#include "presentation/packagedata.h"
+
+#include <QList>
+#include <QPointer>
+
+namespace ts::pm {
+
+/** The values of a PackageData. For reading: what QML writes is not stored. */
+class PackageManifestData : public QQmlPropertyMap
+{
+public:
+    explicit PackageManifestData(QObject *parent)
+        : QQmlPropertyMap(parent)
+    {
+    }
+
+protected:
+    QVariant updateValue(const QString &key, const QVariant &input) override
+    {
+        Q_UNUSED(key)
+        Q_UNUSED(input)
+        return QVariant();
+    }
+};
+
+class PackageDataPrivate
+{
+public:
+    explicit PackageDataPrivate(PackageData *q);
+
+    static void appendField(QQmlListProperty<ManifestField> *list, ManifestField *field);
+    static int fieldCount(QQmlListProperty<ManifestField> *list);
+    static ManifestField *fieldAt(QQmlListProperty<ManifestField> *list, int index);
+    static void clearFields(QQmlListProperty<ManifestField> *list);
+
+    void queueFieldChange();
+    void update();
+
+    PackageData *const q;
+    QPointer<PackageReference> reference;
+    PackageManifestData *const map; // child of q
+    bool fieldsDirty = false;
+    QList<QPointer<ManifestField>> fields; // not owned
+};
+
+} // namespace ts::pm

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "tamselpackagemanager_export.h"
+
+#include <QObject>
+
+#include <functional>
+
+namespace ts::pm {
+
+class PackageNode;
+
+/**
+ * Says which packages a PackageListModel shows.
+ *
+ * Ownership: models and groups do not own their matchers.
+ * Threads: the object lives on the thread of the user interface and is never used on another. What goes to a
+ * worker is the function that matchFunction() returns.
+ * Signals: updateRequested() whenever matchFunction() may return another function.
+ */
+class TAMSELPACKAGEMANAGER_EXPORT PackageMatcher : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit PackageMatcher(QObject *parent = nullptr);
+    ~PackageMatcher() override;
+
+    /**
+     * A function with copies of the present parameters, safe to call from any thread. An empty one means that
+     * the matcher restricts nothing.
+     */
+    virtual std::function<bool(PackageNode *)> matchFunction() const = 0;
+
+Q_SIGNALS:
+    void updateRequested();
+};
+
+} // namespace ts::pm

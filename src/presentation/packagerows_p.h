@@ -1,0 +1,53 @@
+#pragma once
+
+#include "index/packagelist.h"
+#include "testexport_p.h"
+
+#include <QSharedPointer>
+#include <QVector>
+
+namespace ts::pm {
+
+/**
+ * The rows of a list model.
+ *
+ * Keeps the free room where the last change took place, so that a row of changes in one direction, as a list
+ * update makes them, moves each row at most once instead of all that follow for each change.
+ *
+ * Threads: the model's thread only.
+ */
+class TAMSEL_TEST_EXPORT PackageRows
+{
+public:
+    /** The index that the rows belong to, held so that they stay valid; null if there is none. */
+    const QSharedPointer<PackageIndex> &index() const { return sharedIndex; }
+
+    int size() const { return places.size() - gapSize; }
+    const PackageNode *at(int row) const { return places.at(row < gapStart ? row : row + gapSize); }
+
+    /** Replaces all rows and the index. */
+    void reset(const PackageList &list);
+
+    /** Removes the rows \a first to \a last, both included. */
+    void remove(int first, int last);
+
+    /** Puts \a block before \a row. Rows that have no index adopt that of the block. */
+    void insert(int row, const PackageList &block);
+
+    /** Moves one row, so that it is row \a to afterwards. */
+    void move(int from, int to);
+
+    /** All rows. Costs a copy only if rows change while the result is held. */
+    PackageList toList();
+
+private:
+    void moveGap(int row);
+    void growGap(int size);
+
+    QSharedPointer<PackageIndex> sharedIndex;
+    QVector<const PackageNode *> places; // with the gap
+    int gapStart = 0;
+    int gapSize = 0;
+};
+
+} // namespace ts::pm

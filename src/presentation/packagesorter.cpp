@@ -1,0 +1,12 @@
+#include "presentation/packagesorter.h"
+
+namespace ts::pm {
+
+PackageSorter::PackageSorter(QObject *parent)
+    : QObject(parent)
+{
+}
+
+PackageSorter::~PackageSorter() = default;
+
+} // namespace ts::pm

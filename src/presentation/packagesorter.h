@@ -1,0 +1,40 @@
+#pragma once
+
+#include "tamselpackagemanager_export.h"
+
+#include <QObject>
+
+#include <functional>
+
+namespace ts::pm {
+
+class PackageNode;
+
+/**
+ * Says in which order a PackageListModel shows its packages.
+ *
+ * Ownership: models do not own their sorters.
+ * Threads: the object lives on the thread of the user interface; the function that sortFunction() returns
+ * goes to a worker. Signals: updateRequested() for sorters of your own. Those of this library never emit it:
+ * a change of their parameters shows with the model's next update from another cause. See PackageListModel on
+ * how to change the order of a list that is shown.
+ */
+class TAMSELPACKAGEMANAGER_EXPORT PackageSorter : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit PackageSorter(QObject *parent = nullptr);
+    ~PackageSorter() override;
+
+    /**
+     * A strict less-than with copies of the present parameters, safe to call from any thread. An empty one
+     * leaves the order of the index.
+     */
+    virtual std::function<bool(const PackageNode *, const PackageNode *)> sortFunction() const = 0;
+
+Q_SIGNALS:
+    void updateRequested();
+};
+
+} // namespace ts::pm

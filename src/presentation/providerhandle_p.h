@@ -1,0 +1,55 @@
+#pragma once
+
+#include "presentation/tracked_p.h"
+#include "repository/ipackageprovider.h"
+#include "repository/packagerepository.h"
+#include "repository/providercast_p.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QSharedPointer>
+
+namespace ts::pm {
+
+/**
+ * The "packageProvider" of one object of the user interface, and the repository behind it.
+ *
+ * Threads: the repository's thread.
+ */
+class ProviderHandle
+{
+public:
+    /** What becomes of an object that does not implement the interface. */
+    enum UnusableObject { DropUnusable, KeepUnusable };
+
+    bool is(const QObject *object) const { return provider.is(object); }
+    QObject *object() const { return provider.get(); }
+
+    /**
+     * Replaces the provider: disconnects \a user from the old repository and connects its \a slot to changes
+     * of the index of the new one.
+     */
+    template<typename User, typename Slot>
+    void assign(QObject *object, User *user, Slot slot, UnusableObject unusable)
+    {
+        if (repository)
+            repository->disconnect(user);
+        const IPackageProvider *usable = packageProviderCast(object);
+        provider.set(usable || unusable == KeepUnusable ? object : nullptr);
+        repository = usable ? usable->packageRepository() : nullptr;
+        if (repository)
+            QObject::connect(repository, &PackageRepository::packageIndexChanged, user, slot);
+    }
+
+    /** The current index, null without a repository. */
+    QSharedPointer<PackageIndex> packageIndex() const
+    {
+        return repository ? repository->packageIndex() : QSharedPointer<PackageIndex>();
+    }
+
+private:
+    Tracked<QObject> provider;
+    QPointer<PackageRepository> repository;
+};
+
+} // namespace ts::pm

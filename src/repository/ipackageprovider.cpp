@@ -1,0 +1,7 @@
+#include "repository/ipackageprovider.h"
+
+namespace ts::pm {
+
+IPackageProvider::~IPackageProvider() = default;
+
+} // namespace ts::pm

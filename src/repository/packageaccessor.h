@@ -1,0 +1,71 @@
+#pragma once
+
+#include "repository/packagerecords.h"
+#include "tamselpackagemanager_export.h"
+
+#include <QJsonObject>
+#include <QStringList>
+#include <QUrl>
+
+namespace ts::pm {
+
+class InstallLocation;
+class PackageInstaller;
+
+/**
+ * A read-only view of what one source holds at one moment. Each index takes one from each source and keeps it
+ * for its own life.
+ *
+ * The build of an index calls, in this order: keywordLanguages(); then, on the worker thread that builds,
+ * initialize() once, packageCount() with packageInfo() for each number, keywordCount() with keywordInfo()
+ * for each number; and after all accessors have come that far, linkCount() with linkInfo() for each number.
+ *
+ * Threads: made on the repository's thread, used alone by the worker thread during the build. After that,
+ * packageManifest(), packageFileUrl() and packageInstaller() come from any thread that holds the index, at
+ * the same time, so an implementation keeps its data unchanged and takes no lock to read them. Errors: none.
+ * What cannot be read comes back as a record in its default state, an unreadable source has no packages,
+ * keywords and links. An accessor does not throw.
+ */
+class TAMSELPACKAGEMANAGER_EXPORT PackageAccessor
+{
+public:
+    virtual ~PackageAccessor();
+
+    /** The slow part: lists directories, reads data files. Called exactly once, on a worker thread. */
+    virtual void initialize() = 0;
+
+    virtual int packageCount() const = 0;
+    virtual PackageInfo packageInfo(int index) const = 0;
+
+    /** The manifest as the source has it, before translation; empty if there is none. */
+    virtual QJsonObject packageManifest(int index) const = 0;
+
+    /** Where the file \a name of the package can be fetched from now: a local file or a loopback address. */
+    virtual QUrl packageFileUrl(int index, const QString &name) const = 0;
+
+    /**
+     * A new job that brings the package into \a location, which is already the package's own place. The job
+     * starts in its constructor; the caller owns it. Never null.
+     */
+    virtual PackageInstaller *packageInstaller(int index, const InstallLocation &location) const = 0;
+
+    virtual int keywordCount() const = 0;
+    virtual KeywordInfo keywordInfo(int index) const = 0;
+
+    /**
+     * Codes of all languages that the source may have strings in. Answers before initialize() has run, since
+     * the index chooses its language before it creates any keyword. May be empty.
+     */
+    virtual QStringList keywordLanguages() const = 0;
+
+    virtual int linkCount() const = 0;
+    virtual LinkInfo linkInfo(int index) const = 0;
+
+protected:
+    PackageAccessor();
+
+private:
+    Q_DISABLE_COPY(PackageAccessor)
+};
+
+} // namespace ts::pm

@@ -1,0 +1,146 @@
+#include "repository/packagerepository.h"
+#include "repository/packagerepository_p.h"
+
+#include "index/packageindex.h"
+#include "logging_p.h"
+#include "presentation/packagereference.h"
+#include "repository/packagesource.h"
+
+#include <QThreadPool>
+#include <QtConcurrentRun>
+
+#include <algorithm>
+
+namespace ts::pm {
+
+namespace {
+
+constexpr qint64 sourceUpdateInterval = 120000; // milliseconds
+
+using IndexWatcher = QFutureWatcher<QSharedPointer<PackageIndex>>;
+
+} // namespace
+
+PackageRepositoryPrivate::PackageRepositoryPrivate(PackageRepository *q,
+                                                   PackageRepository::SourcePersistencePolicy policy)
+    : q(q)
+    , watcher(new IndexWatcher(q))
+    , policy(policy)
+{
+}
+
+PackageRepository::PackageRepository(SourcePersistencePolicy policy, QObject *parent)
+    : QObject(parent)
+    , d(new PackageRepositoryPrivate(this, policy))
+{
+    connect(d->watcher, &IndexWatcher::finished, this, &PackageRepository::finishUpdate,
+            Qt::DirectConnection);
+    // The first connection of all, so that translations are looked at before anybody else sees a new index.
+    connect(this, &PackageRepository::packageIndexChanged, this, &PackageRepository::loadTranslations,
+            Qt::DirectConnection);
+}
+
+PackageRepository::~PackageRepository()
+{
+    if (d->watcher->isRunning())
+        d->watcher->disconnect(this);
+}
+
+PackageRepository::SourcePersistencePolicy PackageRepository::persistencePolicy() const
+{
+    return d->policy;
+}
+
+void PackageRepository::addSource(PackageSource *source)
+{
+    if (!source || d->sources.contains(source))
+        return;
+    d->sources.append(source);
+    connect(source, &PackageSource::updateRequired, this, &PackageRepository::scheduleUpdate);
+    // Its owner should have removed it before; keeping the pointer would be worse.
+    connect(source, &QObject::destroyed, this, [this, source] {
+        d->sources.removeOne(source);
+        scheduleUpdate();
+    });
+    std::sort(d->sources.begin(), d->sources.end(),
+              [](const PackageSource *a, const PackageSource *b) { return a->priority() < b->priority(); });
+    scheduleUpdate();
+}
+
+void PackageRepository::removeSource(PackageSource *source)
+{
+    if (!source || !d->sources.removeOne(source))
+        return;
+    source->disconnect(this);
+    scheduleUpdate();
+}
+
+QList<PackageSource *> PackageRepository::sources() const
+{
+    return d->sources;
+}
+
+QSharedPointer<PackageIndex> PackageRepository::packageIndex() const
+{
+    return d->index;
+}
+
+void PackageRepository::persistSources()
+{
+    const QList<PackageSource *> sources = d->sources;
+    for (PackageSource *source : sources)
+        source->persist();
+}
+
+void PackageRepository::scheduleUpdate()
+{
+    if (d->updateScheduled)
+        return;
+    qCInfo(lcPackageRepo) << "Scheduling package index update";
+    d->updateScheduled = true;
+    QMetaObject::invokeMethod(this, "update", Qt::QueuedConnection);
+}
+
+void PackageRepository::update()
+{
+    d->updateScheduled = false;
+    const auto index = QSharedPointer<PackageIndex>::create();
+    for (PackageSource *source : qAsConst(d->sources))
+        index->addSource(source);
+    // Replaces the future of a build that is still running: it ends unseen.
+    d->watcher->setFuture(QtConcurrent::run(QThreadPool::globalInstance(), [index] {
+        index->build();
+        return index;
+    }));
+}
+
+void PackageRepository::finishUpdate()
+{
+    d->index = d->watcher->result();
+    if (d->policy == PersistAfterUpdate)
+        persistSources();
+    Q_EMIT packageIndexChanged();
+}
+
+void PackageRepository::scheduleSourceUpdate()
+{
+    if (!d->sourceUpdateDeadline.hasExpired())
+        return;
+    const QList<PackageSource *> sources = d->sources;
+    for (PackageSource *source : sources)
+        source->update();
+    d->sourceUpdateDeadline.setRemainingTime(sourceUpdateInterval, Qt::CoarseTimer);
+}
+
+PackageReference *PackageRepository::packageReference(const QString &id)
+{
+    if (id.isEmpty())
+        return nullptr;
+    if (PackageReference *known = d->references.value(id))
+        return known;
+    auto *reference = new PackageReference(id, this);
+    d->references.insert(id, reference);
+    return reference;
+}
+
+} // namespace ts::pm
