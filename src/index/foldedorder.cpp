@@ -8,7 +8,7 @@ namespace ts::pm {
 
 namespace {
 
-constexpr quint32 charactersInKey = 3;
+constexpr int charactersInWord = 3;
 constexpr int bitsOfCharacter = 21; // a code point and one more, since 0 stands for the end of the text
 
 // What a code unit counts for in a comparison without regard to case: the second half of a surrogate pair
@@ -25,34 +25,42 @@ uint foldedUnit(QChar unit, QChar previous)
 
 } // namespace
 
-void FoldedOrder::reserve(int texts)
+void FoldedOrder::reserve(int texts, qint64 characters)
 {
     entries.reserve(texts);
+    words.reserve(size_t(texts + characters / charactersInWord));
 }
 
 void FoldedOrder::add(int group, const QStringRef &text)
 {
-    const auto begin = quint32(characters.size());
+    const auto begin = quint32(words.size());
+    quint64 word = 0;
+    int room = charactersInWord;
     QChar previous;
     for (const QChar unit : text) {
-        characters.push_back(foldedUnit(unit, previous));
+        word = (word << bitsOfCharacter) | (foldedUnit(unit, previous) + 1);
         previous = unit;
+        if (--room == 0) {
+            words.push_back(word);
+            word = 0;
+            room = charactersInWord;
+        }
     }
-    entries.append({quint64(group), begin, quint32(characters.size()), entries.size()});
+    if (room < charactersInWord)
+        words.push_back(word << (room * bitsOfCharacter));
+    entries.append({0, begin, quint32(words.size()), entries.size(), group});
 }
 
 QVector<int> FoldedOrder::sorted()
 {
-    std::sort(entries.begin(), entries.end(), [](const Entry &a, const Entry &b) { return a.key < b.key; });
-    pushEqualRuns({0, entries.size(), 0}, 0);
+    sortByGroup();
     while (!unsorted.isEmpty()) {
         Range range = unsorted.takeLast();
-        range.depth += commonPrefix(range);
+        range.depth += commonWords(range);
         loadKeys(range);
-        const auto first = entries.begin() + range.first;
-        std::sort(first, entries.begin() + range.last,
+        std::sort(entries.begin() + range.first, entries.begin() + range.last,
                   [](const Entry &a, const Entry &b) { return a.key < b.key; });
-        pushEqualRuns(range, range.depth + charactersInKey);
+        pushEqualRuns(range);
     }
     QVector<int> numbers;
     numbers.reserve(entries.size());
@@ -61,15 +69,35 @@ QVector<int> FoldedOrder::sorted()
     return numbers;
 }
 
-// The number of characters, from the depth of the range on, that all its texts begin with.
-quint32 FoldedOrder::commonPrefix(const Range &range) const
+void FoldedOrder::sortByGroup()
+{
+    QVector<int> ends;
+    for (const Entry &entry : qAsConst(entries)) {
+        if (entry.group >= ends.size())
+            ends.resize(entry.group + 1);
+        ++ends[entry.group];
+    }
+    int end = 0;
+    for (int &groupEnd : ends) {
+        unsorted.append({end, end + groupEnd, 0});
+        end += groupEnd;
+        groupEnd = end;
+    }
+    QVector<Entry> grouped(entries.size());
+    for (const Entry &entry : qAsConst(entries))
+        grouped[--ends[entry.group]] = entry;
+    entries = grouped;
+}
+
+// The number of words, from the depth of the range on, that all its texts begin with.
+quint32 FoldedOrder::commonWords(const Range &range) const
 {
     const Entry &model = entries.at(range.first);
-    const uint *modelText = characters.data() + model.begin + range.depth;
+    const quint64 *modelText = words.data() + model.begin + range.depth;
     quint32 common = model.end - model.begin - range.depth;
     for (int i = range.first + 1; i < range.last && common > 0; ++i) {
         const Entry &entry = entries.at(i);
-        const uint *text = characters.data() + entry.begin + range.depth;
+        const quint64 *text = words.data() + entry.begin + range.depth;
         common = qMin(common, entry.end - entry.begin - range.depth);
         common = quint32(std::mismatch(modelText, modelText + common, text).first - modelText);
     }
@@ -80,25 +108,20 @@ void FoldedOrder::loadKeys(const Range &range)
 {
     for (int i = range.first; i < range.last; ++i) {
         Entry &entry = entries[i];
-        quint64 key = 0;
-        for (quint32 character = 0; character < charactersInKey; ++character) {
-            const quint32 position = entry.begin + range.depth + character;
-            key = (key << bitsOfCharacter) | (position < entry.end ? characters[position] + 1 : 0);
-        }
-        entry.key = key;
+        const quint32 position = entry.begin + range.depth;
+        entry.key = position < entry.end ? words[position] : 0;
     }
 }
 
-// Queues the runs of equal keys for comparison of what follows. Texts that have ended at the depth are equal.
-void FoldedOrder::pushEqualRuns(const Range &range, quint32 depth)
+// Queues the runs of equal keys for comparison of what follows. Texts that have ended are equal.
+void FoldedOrder::pushEqualRuns(const Range &range)
 {
     for (int first = range.first; first < range.last;) {
         int last = first + 1;
         while (last < range.last && entries.at(last).key == entries.at(first).key)
             ++last;
-        const Entry &entry = entries.at(first);
-        if (last - first > 1 && entry.end - entry.begin >= depth)
-            unsorted.append({first, last, depth});
+        if (last - first > 1 && entries.at(first).key != 0)
+            unsorted.append({first, last, range.depth + 1});
         first = last;
     }
 }

@@ -18,10 +18,11 @@ namespace ts::pm {
 class TAMSEL_TEST_EXPORT FoldedOrder
 {
 public:
-    /** Adds the next text. Groups are ordered as numbers. */
-    void add(int group, const QStringRef &text);
+    /** Makes room for that many texts with so many characters in all. */
+    void reserve(int texts, qint64 characters);
 
-    void reserve(int texts);
+    /** Adds the next text. Groups are ordered as numbers, which count from 0 without large gaps. */
+    void add(int group, const QStringRef &text);
 
     /** The numbers of the texts, counted in the order in which they were added, in ascending order. */
     QVector<int> sorted();
@@ -29,23 +30,25 @@ public:
 private:
     struct Entry
     {
-        quint64 key;   // the part of the text that is being compared
-        quint32 begin; // of the folded text in the characters
+        quint64 key;   // the word of the text that is being compared
+        quint32 begin; // of the folded text in the words
         quint32 end;
         int number;
+        int group;
     };
     struct Range
     {
         int first;
         int last;      // not included
-        quint32 depth; // characters that all texts of the range have in common
+        quint32 depth; // words that all texts of the range have in common
     };
 
+    void sortByGroup();
+    quint32 commonWords(const Range &range) const;
     void loadKeys(const Range &range);
-    quint32 commonPrefix(const Range &range) const;
-    void pushEqualRuns(const Range &range, quint32 depth);
+    void pushEqualRuns(const Range &range);
 
-    std::vector<uint> characters; // folded, of all texts one after another
+    std::vector<quint64> words; // of all texts, one after another, each with several folded characters
     QVector<Entry> entries;
     QVector<Range> unsorted;
 };

@@ -1,11 +1,12 @@
 #include "index/keywordnode.h"
 
-#include "index/packageindex.h"
+#include "index/packageindex_p.h"
 #include "index/packagenode.h"
 #include "repository/packagerecords.h"
 
 #include <QSet>
 
+#include <algorithm>
 #include <optional>
 
 namespace ts::pm {
@@ -44,27 +45,24 @@ std::optional<Allowed> following(Allowed allowed, LinkType type)
  *
  * The links taken lie on a stack, the one nearest the keyword at the bottom. A path is judged from the top of
  * the stack down, so for each height the stack remembers from which states the rest below would be allowed:
- * that makes the judgement of a path one look at the top.
+ * that makes the judgement of a path one look at the top. The entry of a package of the type stays on the
+ * stack when its path is refused, and counts against the links that are tried after it.
  */
 class TypeSearch
 {
 public:
-    explicit TypeSearch(const QStringRef &type)
+    TypeSearch(const QStringRef &type, const QPair<int, int> &typeRange)
         : type(type)
+        , typeRange(typeRange)
     {
     }
 
     bool reaches(const KeywordNode *keyword)
     {
         path.insert(keyword);
-        for (const PackageIndexLink &link : keyword->incomingLinks()) {
-            allowedBelow.clear();
-            if (follow(link))
-                return true;
-            if (linksLeft < 0)
-                return false;
-        }
-        return false;
+        const QVector<PackageIndexLink> &links = keyword->incomingLinks();
+        return std::any_of(links.begin(), links.end(),
+                           [this](const PackageIndexLink &link) { return follow(link); });
     }
 
 private:
@@ -74,37 +72,54 @@ private:
         int nextLink;
     };
 
+    // With a new stack for each link of the keyword.
     bool follow(const PackageIndexLink &first)
     {
-        if (enter(first))
-            return true;
-        while (!levels.isEmpty()) {
+        allowedBelow.clear();
+        refused = 0;
+        lowestHopeless = nowhere;
+        bool found = enter(first);
+        while (!found && !levels.isEmpty() && !isHopeless()) {
             Level &level = levels.last();
-            if (linksLeft < 0)
-                return false;
             if (level.nextLink == level.node->incomingLinks().size())
                 leave();
-            else if (enter(level.node->incomingLinks().at(level.nextLink++)))
-                return true;
+            else
+                found = enter(level.node->incomingLinks().at(level.nextLink++));
         }
-        return false;
+        while (!levels.isEmpty())
+            leave();
+        return found;
     }
 
-    // The entry of a package of the type stays on the stack when its path is refused, and counts against the
-    // links that are tried after it.
+    // No later path can be allowed: the entries of refused packages, which stay, keep the stack from falling
+    // below an entry that nothing may precede.
+    bool isHopeless() const
+    {
+        return linksLeft <= 0 || (lowestHopeless != nowhere && refused >= lowestHopeless);
+    }
+
     bool enter(const PackageIndexLink &link)
     {
-        --linksLeft;
-        const PackageNode *package = link.node->toPackage();
-        const bool isTarget = package && package->hasType(type);
+        if (--linksLeft < 0)
+            return false;
+        const bool isTarget = isOfType(link.node);
         if (!isTarget && (link.node->incomingLinks().isEmpty() || path.contains(link.node)))
             return false;
         push(link.type);
-        if (isTarget)
+        if (isTarget) {
+            ++refused;
             return allowedBelow.constLast() & (1U << AnyPath);
+        }
         path.insert(link.node);
         levels.append({link.node, 0});
         return false;
+    }
+
+    bool isOfType(const PackageIndexNode *node) const
+    {
+        const PackageNode *package = node->toPackage();
+        return package && package->indexPosition() >= typeRange.first
+               && package->indexPosition() <= typeRange.second && package->hasType(type);
     }
 
     void leave()
@@ -112,6 +127,8 @@ private:
         path.remove(levels.constLast().node);
         levels.removeLast();
         allowedBelow.removeLast();
+        if (lowestHopeless == allowedBelow.size())
+            lowestHopeless = nowhere;
     }
 
     void push(LinkType linkType)
@@ -123,14 +140,21 @@ private:
             if (next && (below & (1U << *next)))
                 allowed |= quint8(1U << state);
         }
+        if (!allowed && lowestHopeless == nowhere)
+            lowestHopeless = allowedBelow.size();
         allowedBelow.append(allowed);
     }
 
+    static constexpr int nowhere = -1;
+
     const QStringRef type;
+    const QPair<int, int> typeRange; // all packages of the type, and some of its neighbours
     int linksLeft = largestWalk;
     QSet<const PackageIndexNode *> path; // nodes on it are not entered again
     QVector<Level> levels;
     QVector<quint8> allowedBelow; // for each link on the stack, the set of states that may precede it
+    int lowestHopeless = nowhere; // height of the lowest entry on the stack that nothing may precede
+    int refused = 0; // packages of the type that were refused below the present link of the keyword
 };
 
 } // namespace
@@ -149,7 +173,9 @@ bool KeywordNode::isCategory() const
 
 bool KeywordNode::linksToPackageType(const QStringRef &type) const
 {
-    return TypeSearch(type).reaches(this);
+    const QMap<QStringRef, QPair<int, int>> &ranges = packageIndex()->d->typeRanges;
+    const auto range = ranges.constFind(type);
+    return range != ranges.constEnd() && TypeSearch(type, *range).reaches(this);
 }
 
 } // namespace ts::pm

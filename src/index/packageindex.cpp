@@ -2,6 +2,7 @@
 #include "index/packageindex_p.h"
 
 #include "index/keywordnode.h"
+#include "index/manifestorder_p.h"
 #include "index/packageindexbuilder_p.h"
 #include "index/packagenode.h"
 #include "index/translatedmanifest_p.h"
@@ -18,6 +19,14 @@ quint64 nextSerial()
 {
     static std::atomic<quint64> last{0};
     return ++last;
+}
+
+void sortPackages(QVector<const PackageNode *> &packages, const PackageIndex::PackageOrder &less)
+{
+    if (const auto *order = less.target<ManifestOrder>())
+        order->sort(packages);
+    else
+        std::stable_sort(packages.begin(), packages.end(), less);
 }
 
 } // namespace
@@ -128,7 +137,7 @@ PackageList PackageIndex::selectPackages(QSharedPointer<PackageIndex> index, con
             selected.append(packages.at(position));
     }
     if (less)
-        std::stable_sort(selected.begin(), selected.end(), less);
+        sortPackages(selected, less);
     return PackageList(index, selected);
 }
 

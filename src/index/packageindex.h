@@ -87,6 +87,7 @@ public:
     void invalidateManifests();
 
 private:
+    friend class KeywordNode;
     friend class KeywordReach;
     friend class PackageNode;
     Q_DISABLE_COPY(PackageIndex)

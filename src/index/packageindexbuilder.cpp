@@ -104,7 +104,14 @@ void PackageIndexBuilder::buildIndex(int accessorPosition)
 void PackageIndexBuilder::addNode(PackageIndexNode *node)
 {
     PackageIndexNode *&place = d.nodes[node->id()];
-    delete place;
+    if (place) {
+        node->position = place->position;
+        created[node->position] = node;
+        delete place;
+    } else {
+        node->position = created.size();
+        created.append(node);
+    }
     place = node;
 }
 
@@ -113,11 +120,13 @@ void PackageIndexBuilder::buildGraph(int accessorPosition)
     const PackageAccessor &accessor = *d.accessors[size_t(accessorPosition)];
     const int linkCount = accessor.linkCount();
     links.reserve(links.size() + linkCount);
+    PackageIndexNode *from = nullptr;
     for (int j = 0; j < linkCount; ++j) {
         const LinkInfo link = accessor.linkInfo(j);
         if (link.from.isEmpty() || link.to.isEmpty() || link.type == InvalidLink)
             continue;
-        PackageIndexNode *from = d.nodes.value(QStringRef(&link.from));
+        if (!from || from->id() != link.from) // sources often give the links of one node together
+            from = d.nodes.value(QStringRef(&link.from));
         PackageIndexNode *to = d.nodes.value(QStringRef(&link.to));
         if (from && to) {
             qCDebug(lcPackageIndex) << "Creating link between" << from->id() << "and" << to->id()
@@ -132,16 +141,13 @@ void PackageIndexBuilder::buildGraph(int accessorPosition)
 // Room for the links of each node is made at once: links are most of what an index holds.
 void PackageIndexBuilder::connectNodes()
 {
-    int position = 0;
-    for (PackageIndexNode *node : qAsConst(d.nodes))
-        node->position = position++;
-    QVector<int> outgoing(position, 0);
-    QVector<int> incoming(position, 0);
+    QVector<int> outgoing(created.size(), 0);
+    QVector<int> incoming(created.size(), 0);
     for (const ResolvedLink &link : qAsConst(links)) {
         ++outgoing[link.from->position];
         ++incoming[link.to->position];
     }
-    for (PackageIndexNode *node : qAsConst(d.nodes)) {
+    for (PackageIndexNode *node : qAsConst(created)) {
         if (outgoing.at(node->position) > 0)
             node->outgoing.reserve(outgoing.at(node->position));
         if (incoming.at(node->position) > 0)
@@ -154,12 +160,13 @@ void PackageIndexBuilder::connectNodes()
 
 void PackageIndexBuilder::collectNodes()
 {
-    for (PackageIndexNode *node : qAsConst(d.nodes)) {
+    for (PackageIndexNode *node : qAsConst(created)) {
         if (KeywordNode *keyword = node->toKeyword())
             d.keywords.append(keyword);
         else
             d.packages.append(node->toPackage());
     }
+    created.clear();
     rankAttributes();
 }
 
@@ -181,7 +188,6 @@ void PackageIndexBuilder::rankAttributes()
 void PackageIndexBuilder::sortKeywords()
 {
     FoldedOrder order;
-    order.reserve(d.keywords.size());
     for (const KeywordNode *keyword : qAsConst(d.keywords))
         order.add(0, keyword->displayString());
     applyOrder(d.keywords, order.sorted());
@@ -193,8 +199,11 @@ void PackageIndexBuilder::sortKeywords()
 void PackageIndexBuilder::sortPackages()
 {
     const QVector<int> ranks = typeRanks();
+    qint64 characters = 0;
+    for (const PackageNode *package : qAsConst(d.packages))
+        characters += package->sortString().size();
     FoldedOrder order;
-    order.reserve(d.packages.size());
+    order.reserve(d.packages.size(), characters);
     for (int i = 0; i < d.packages.size(); ++i) {
         const QString sortString = d.packages.at(i)->sortString();
         order.add(ranks.at(i), QStringRef(&sortString));
@@ -207,22 +216,17 @@ void PackageIndexBuilder::sortPackages()
 // For each package the place of its type among the types.
 QVector<int> PackageIndexBuilder::typeRanks() const
 {
-    QMap<QStringRef, QVector<int>> packagesOfType;
-    QHash<QStringRef, QVector<int> *> known;
-    for (int i = 0; i < d.packages.size(); ++i) {
-        QVector<int> *&positions = known[d.packages.at(i)->type()];
-        if (!positions)
-            positions = &packagesOfType[d.packages.at(i)->type()];
-        positions->append(i);
-    }
-    QVector<int> ranks(d.packages.size());
+    QMap<QStringRef, int> ranks;
+    for (const PackageNode *package : qAsConst(d.packages))
+        ranks.insert(package->type(), 0);
     int rank = 0;
-    for (const QVector<int> &positions : qAsConst(packagesOfType)) {
-        for (const int position : positions)
-            ranks[position] = rank;
-        ++rank;
-    }
-    return ranks;
+    for (int &typeRank : ranks)
+        typeRank = rank++;
+    QVector<int> ranksOfPackages;
+    ranksOfPackages.reserve(d.packages.size());
+    for (const PackageNode *package : qAsConst(d.packages))
+        ranksOfPackages.append(ranks.value(package->type()));
+    return ranksOfPackages;
 }
 
 void PackageIndexBuilder::fillTypeRanges()

@@ -43,6 +43,7 @@ private:
     void enterTypeRange(const QStringRef &type, int first, int last);
 
     PackageIndexPrivate &d;
+    QVector<PackageIndexNode *> created; // the nodes in order of creation, which is also that of their memory
     QVector<ResolvedLink> links;
 };
 

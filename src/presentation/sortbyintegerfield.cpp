@@ -1,6 +1,6 @@
 #include "presentation/sortbyintegerfield.h"
 
-#include "index/packagenode.h"
+#include "index/manifestorder_p.h"
 
 namespace ts::pm {
 
@@ -13,9 +13,7 @@ std::function<bool(const PackageNode *, const PackageNode *)> SortByIntegerField
 {
     if (name().isEmpty())
         return {};
-    return [name = name()](const PackageNode *a, const PackageNode *b) {
-        return a->readManifest(name).toInt(0) < b->readManifest(name).toInt(0);
-    };
+    return ManifestOrder(name(), ManifestOrder::IntegerValue);
 }
 
 } // namespace ts::pm

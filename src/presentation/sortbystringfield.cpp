@@ -1,6 +1,6 @@
 #include "presentation/sortbystringfield.h"
 
-#include "index/packagenode.h"
+#include "index/manifestorder_p.h"
 
 namespace ts::pm {
 
@@ -13,9 +13,7 @@ std::function<bool(const PackageNode *, const PackageNode *)> SortByStringField:
 {
     if (name().isEmpty())
         return {};
-    return [name = name()](const PackageNode *a, const PackageNode *b) {
-        return a->readManifest(name).toString() < b->readManifest(name).toString();
-    };
+    return ManifestOrder(name(), ManifestOrder::StringValue);
 }
 
 } // namespace ts::pm
