@@ -122,14 +122,18 @@ protected:
     virtual void search(const QString &text) = 0;
     virtual void reorder() = 0;
 
-    void watch(QAbstractItemModel *model)
+    void watch(QAbstractItemModel *model, bool promptly)
     {
+        engine.addImportPath(QCoreApplication::applicationDirPath() + QStringLiteral("/../../qml"));
+        engine.rootContext()->setContextProperty(QStringLiteral("promptly"), promptly);
         engine.rootContext()->setContextProperty(QStringLiteral("packages"), model);
         QQmlComponent component(&engine);
-        component.setData("import QtQuick 2.15\n"
-                          "ListView { width: 800; height: 600; model: packages\n"
-                          "    delegate: Text { height: 30; text: title } }",
-                          QUrl());
+        component.setData(
+            "import QtQuick 2.15\n"
+            "import Tamsel.PackageManager 1.0\n"
+            "ListView { width: 800; height: 600; model: packages; PromptLayout.enabled: promptly\n"
+            "    delegate: Text { height: 30; text: title } }",
+            QUrl());
         view.reset(qobject_cast<QQuickItem *>(component.create()));
         if (!view)
             qFatal("%s", qPrintable(component.errorString()));
@@ -162,7 +166,7 @@ public:
         proxy.setFilterRole(FlatModel::KeywordsRole);
         proxy.setFilterCaseSensitivity(Qt::CaseInsensitive);
         proxy.setSortRole(FlatModel::TitleRole);
-        watch(&proxy);
+        watch(&proxy, false);
     }
     ~ProxySession() override { forget(); }
 
@@ -194,7 +198,7 @@ private:
 class ModelSession : public ListSession
 {
 public:
-    explicit ModelSession(int size)
+    explicit ModelSession(int size, bool promptly = false)
         : source(size)
     {
         title.setName(QStringLiteral("title"));
@@ -208,7 +212,7 @@ public:
         waitFor([this] { return !provider.packageRepository()->packageIndex().isNull(); });
         model.setPackageProvider(&provider);
         waitForRows(QString());
-        watch(&model);
+        watch(&model, promptly);
     }
     ~ModelSession() override
     {
@@ -262,6 +266,15 @@ private:
     QHash<QString, int> expected;
 };
 
+class PromptSession : public ModelSession
+{
+public:
+    explicit PromptSession(int size)
+        : ModelSession(size, true)
+    {
+    }
+};
+
 struct Figures
 {
     std::vector<double> keystrokes;
@@ -305,28 +318,21 @@ void allSizes(benchmark::internal::Benchmark *benchmark)
     benchmark->Unit(benchmark::kMillisecond)->Iterations(1)->UseManualTime();
 }
 
-BENCHMARK_TEMPLATE(report, ProxySession, &Figures::keystrokes, false)
-    ->Name("keystroke_middle/baseline")
-    ->Apply(allSizes);
-BENCHMARK_TEMPLATE(report, ModelSession, &Figures::keystrokes, false)
-    ->Name("keystroke_middle/model")
-    ->Apply(allSizes);
-BENCHMARK_TEMPLATE(report, ProxySession, &Figures::keystrokes, true)
-    ->Name("keystroke_worst/baseline")
-    ->Apply(allSizes);
-BENCHMARK_TEMPLATE(report, ModelSession, &Figures::keystrokes, true)
-    ->Name("keystroke_worst/model")
-    ->Apply(allSizes);
-BENCHMARK_TEMPLATE(report, ProxySession, &Figures::orders, false)
-    ->Name("order_middle/baseline")
-    ->Apply(allSizes);
-BENCHMARK_TEMPLATE(report, ModelSession, &Figures::orders, false)
-    ->Name("order_middle/model")
-    ->Apply(allSizes);
-BENCHMARK_TEMPLATE(report, ProxySession, &Figures::orders, true)
-    ->Name("order_worst/baseline")
-    ->Apply(allSizes);
-BENCHMARK_TEMPLATE(report, ModelSession, &Figures::orders, true)->Name("order_worst/model")->Apply(allSizes);
+#define TAMSEL_REPORT(Session, variant)                              \
+    BENCHMARK_TEMPLATE(report, Session, &Figures::keystrokes, false) \
+        ->Name("keystroke_middle/" variant)                          \
+        ->Apply(allSizes);                                           \
+    BENCHMARK_TEMPLATE(report, Session, &Figures::keystrokes, true)  \
+        ->Name("keystroke_worst/" variant)                           \
+        ->Apply(allSizes);                                           \
+    BENCHMARK_TEMPLATE(report, Session, &Figures::orders, false)     \
+        ->Name("order_middle/" variant)                              \
+        ->Apply(allSizes);                                           \
+    BENCHMARK_TEMPLATE(report, Session, &Figures::orders, true)->Name("order_worst/" variant)->Apply(allSizes)
+
+TAMSEL_REPORT(ProxySession, "baseline");
+TAMSEL_REPORT(ModelSession, "model");
+TAMSEL_REPORT(PromptSession, "prompt");
 
 } // namespace
 

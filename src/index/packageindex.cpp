@@ -10,6 +10,7 @@
 #include "repository/packagesource.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace ts::pm {
 
@@ -113,7 +114,7 @@ KeywordList PackageIndex::selectKeywords(QSharedPointer<PackageIndex> index, con
         if (!filter || filter(keyword))
             selected.append(keyword);
     }
-    return KeywordList(index, selected);
+    return KeywordList(std::move(index), selected);
 }
 
 PackageList PackageIndex::selectPackages(QSharedPointer<PackageIndex> index, const QString &type,
@@ -138,7 +139,7 @@ PackageList PackageIndex::selectPackages(QSharedPointer<PackageIndex> index, con
     }
     if (less)
         sortPackages(selected, less);
-    return PackageList(index, selected);
+    return PackageList(std::move(index), selected);
 }
 
 InstallLocation PackageIndex::installLocation() const

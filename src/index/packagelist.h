@@ -3,6 +3,8 @@
 #include <QSharedPointer>
 #include <QVector>
 
+#include <utility>
+
 namespace ts::pm {
 
 class KeywordNode;
@@ -19,9 +21,9 @@ class NodeList
 {
 public:
     NodeList() = default;
-    NodeList(const QSharedPointer<PackageIndex> &index, const QVector<const Node *> &nodes)
-        : sharedIndex(index)
-        , nodeVector(nodes)
+    NodeList(QSharedPointer<PackageIndex> index, QVector<const Node *> nodes)
+        : sharedIndex(std::move(index))
+        , nodeVector(std::move(nodes))
     {
     }
 

@@ -1,0 +1,60 @@
+#include "promptlayout.h"
+
+#include <QMetaMethod>
+#include <QMetaProperty>
+#include <QVariant>
+
+namespace ts::pm {
+
+namespace {
+
+// Few enough that collecting them costs next to nothing, many enough that laying out does not count either.
+constexpr int changesBetweenLayouts = 256;
+
+} // namespace
+
+PromptLayout::PromptLayout(QObject *view)
+    : QObject(view)
+    , view(view)
+{
+}
+
+void PromptLayout::setEnabled(bool on)
+{
+    if (enabled == on)
+        return;
+    enabled = on;
+    const QMetaObject *type = view->metaObject();
+    const QMetaMethod modelChanged = type->property(type->indexOfProperty("model")).notifySignal();
+    if (modelChanged.isValid()) {
+        const QMetaMethod watch = metaObject()->method(metaObject()->indexOfSlot("watchModel()"));
+        if (enabled)
+            connect(view, modelChanged, this, watch);
+        else
+            disconnect(view, modelChanged, this, watch);
+        watchModel();
+    }
+    Q_EMIT enabledChanged();
+}
+
+void PromptLayout::watchModel()
+{
+    if (model)
+        model->disconnect(this);
+    model =
+        enabled ? qobject_cast<QAbstractItemModel *>(view->property("model").value<QObject *>()) : nullptr;
+    if (!model)
+        return;
+    connect(model, &QAbstractItemModel::rowsRemoved, this, &PromptLayout::countChange);
+    connect(model, &QAbstractItemModel::rowsInserted, this, &PromptLayout::countChange);
+    connect(model, &QAbstractItemModel::rowsMoved, this, &PromptLayout::countChange);
+}
+
+// Counts on through updates: where the layouts fall does not matter.
+void PromptLayout::countChange()
+{
+    if (++changes % changesBetweenLayouts == 0)
+        QMetaObject::invokeMethod(view, "forceLayout", Qt::DirectConnection);
+}
+
+} // namespace ts::pm
