@@ -122,7 +122,7 @@ void PackageProvider::releaseElements()
 
 void PackageProvider::handleIndexChange()
 {
-    packages = PackageIndex::selectPackages(repository->packageIndex(), QString(), {}, {}).size();
+    packages = repository->packageIndex()->packageCount();
     if (!ready) {
         ready = true;
         Q_EMIT readyChanged();

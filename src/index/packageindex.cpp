@@ -93,6 +93,11 @@ PackageAccessor *PackageIndex::accessor(int position) const
     return d->accessors[size_t(position)].get();
 }
 
+int PackageIndex::packageCount() const
+{
+    return d->packages.size();
+}
+
 KeywordNode *PackageIndex::getKeyword(const QStringRef &id) const
 {
     PackageIndexNode *node = d->nodes.value(id);

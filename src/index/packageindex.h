@@ -57,6 +57,9 @@ public:
     /** The accessor at \a position, in the order of addSource(). No bounds check. */
     PackageAccessor *accessor(int position) const;
 
+    /** Number of packages, of all types. */
+    int packageCount() const;
+
     /** The keyword \a id; null if there is none, or if the id belongs to a package. */
     KeywordNode *getKeyword(const QStringRef &id) const;
 

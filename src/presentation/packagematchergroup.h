@@ -23,9 +23,8 @@ class TAMSELPACKAGEMANAGER_EXPORT PackageMatcherGroup : public PackageMatcher
     Q_OBJECT
     Q_CLASSINFO("DefaultProperty", "matchers")
     /** MatchAll at first. Bindings do not follow it, by choice: only what the group matches is news. */
-    // clazy:exclude=qproperty-without-notify
-    Q_PROPERTY(ts::pm::PackageMatcherGroup::MatchRequirement matchRequirement READ matchRequirement WRITE
-                   setMatchRequirement)
+    Q_PROPERTY(ts::pm::PackageMatcherGroup::MatchRequirement // clazy:exclude=qproperty-without-notify
+                   matchRequirement READ matchRequirement WRITE setMatchRequirement)
     Q_PROPERTY(QQmlListProperty<ts::pm::PackageMatcher> matchers READ matchers NOTIFY matchersChanged)
 
 public:
