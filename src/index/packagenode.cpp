@@ -87,7 +87,7 @@ PackageNode::~PackageNode()
 
 bool PackageNode::hasType(const QStringRef &query) const
 {
-    if (!packageType.startsWith(query))
+    if (!query.isEmpty() && !packageType.startsWith(query)) // a null string starts with no empty one
         return false;
     return packageType.size() == query.size() || packageType.at(query.size()) == QLatin1Char(':');
 }

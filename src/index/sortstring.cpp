@@ -11,7 +11,7 @@ namespace {
 
 // Real catalogues stay far below both.
 constexpr int longestChain = 256; // entries
-constexpr int longestText = 4096; // characters before the id
+constexpr int longestText = 65536; // characters before the id
 
 QStringRef textOf(const PackageIndexNode *node)
 {

@@ -1,0 +1,147 @@
+#include "index/packageindex.h"
+#include "index/packagenode.h"
+#include "presentation/packagereference.h"
+#include "stage.h"
+#include "support/fakeclock.h"
+#include "support/logcapture.h"
+
+#include <QtTest>
+
+#include <memory>
+
+using namespace ts::pm;
+using namespace ts::pm::test;
+
+class tst_PackageReference : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void plays_data();
+    void plays();
+
+private:
+    static QString contradictions(const PackageReference &p);
+};
+
+// What comes of a word: installers started (+) and destroyed (-), whether the sources are asked for news, and
+// the signals, each with status and type at that moment.
+void tst_PackageReference::plays_data()
+{
+    addPlays(R"(
+asks for news on every pass | follow[news] publish wait:121 publish[news] publish
+appears by its status alone |
+    version:a follow[news] publish[+1; statusChanged Installing a] succeed[statusChanged Installed a]
+knows its status from the start | instantly version:a publish follow[+1]
+    version:b publish[+1; -1; typeChanged Installed b, updated Installed b]
+swaps when the new version is done | install[+1; statusChanged Installed a]
+    version:b publish[+1] succeed[-1; typeChanged Installed b, updated Installed b]
+status, then type, then update | incomplete[+1; statusChanged Incomplete a]
+    version:b publish[+1] succeed[-1; statusChanged Installed b, typeChanged Installed b, updated Installed b]
+waits for the newest version only | install[+1; statusChanged Installed a]
+    version:b publish[+1] version:a publish[+1; -1] succeed[-1; updated Installed a]
+goes at once, comes back | install[+1; statusChanged Installed a] publish[+1]
+    gone publish[-2; news; statusChanged Unavailable] version:b publish[+1; statusChanged Installing b]
+stays installed while the new version fails | install[+1; statusChanged Installed a]
+    version:b publish[+1] fail wait:29 wait:2[+1; -1] fail wait:59 wait:2[+1; -1]
+    succeed[-1; typeChanged Installed b, updated Installed b]
+success starts the delays anew | incomplete[+1; statusChanged Incomplete a] wait:29 wait:2[+1]
+    succeed[-1; statusChanged Installed a, updated Installed a] publish[+1] fail wait:29 wait:2[+1; -1]
+one retry at a time | incomplete[+1; statusChanged Incomplete a]
+    publish[+1] fail wait:31[+1; -1] fail wait:59 wait:2[+1; -1]
+a failure during the retry arms none | incomplete[+1; statusChanged Incomplete a]
+    never wait:31[+1] wait:9999 publish[+1; -1] wait:59 wait:2[+1; -1]
+folds back to done with nothing pending | install[+1; statusChanged Installed a] require:q require:r instantly
+    publish[+3; -1; updated Installed a] succeed:2 succeed:3
+a required package fails after the swap | install[+1; statusChanged Installed a] require:q require:r instantly
+    publish[+3; -1; updated Installed a] fail:2 succeed:3 wait:29 wait:2[+3; -3; updated Installed a]
+)");
+    QString delays = "incomplete[+1; statusChanged Incomplete a] wait:29 wait:2[+1]"_s;
+    for (int doubling = 1; doubling < 20; ++doubling) // 16 is the last that 32 bits of milliseconds hold
+        delays += " fail wait:%1 wait:2[+1; -1]"_s.arg((30 << qMin(doubling, 16)) - 1);
+    QTest::newRow("delays grow to the longest") << delays;
+}
+
+void tst_PackageReference::plays()
+{
+    QFETCH(QString, play);
+    const LogCapture logging("tamsel.packages"_s);
+    Stage stage;
+    PackageReference *p = nullptr;
+    std::unique_ptr<SignalLog> log;
+    const auto installer = [&](const QString &number) {
+        return number.isEmpty() ? stage.started.last() : stage.started.at(number.toInt());
+    };
+    const auto setVersion = [&](const QString &type) {
+        stage.catalogue.packages.clear();
+        stage.catalogue.addPackage("p"_s, type, {{"title"_s, "of "_s + type}});
+    };
+    const auto require = [&](const QString &other) { // after p, in the order of installers
+        stage.catalogue.addPackage(other);
+        stage.catalogue.addLink("p"_s, Requires, other);
+    };
+    const auto follow = [&] {
+        p = stage.repository()->packageReference("p"_s);
+        log = std::make_unique<SignalLog>(p);
+        log->detail = [p] {
+            return "%1 %2"_s.arg(QVariant::fromValue(p->status()).toString(), p->type()).trimmed();
+        };
+    };
+    const auto start = [&] {
+        setVersion("a"_s);
+        stage.publish();
+        follow();
+    };
+    const Verbs verbs{
+        {"install"_s, [&](auto) { start(), installer({})->succeed(); }},
+        {"incomplete"_s, [&](auto) { start(), installer({})->fail(); }},
+        {"publish"_s, [&](auto) { stage.publish(); }},
+        {"version"_s, setVersion},
+        {"gone"_s, [&](auto) { stage.catalogue.packages.clear(); }},
+        {"require"_s, require},
+        {"follow"_s, [&](auto) { follow(); }},
+        {"succeed"_s, [&](auto number) { installer(number)->succeed(); }},
+        {"fail"_s, [&](auto number) { installer(number)->fail(); }},
+        {"instantly"_s, [&](auto) { stage.succeedAtOnce.insert("p"_s); }},
+        {"never"_s, [&](auto) { stage.failAtOnce.insert("p"_s); }},
+        {"wait"_s, [](auto time) { FakeClock::advance(std::chrono::seconds(time.toInt())); }},
+    };
+    int startedBefore = 0;
+    int goneBefore = 0;
+    int callsBefore = 0;
+    const auto effects = [&] {
+        const int started = stage.started.size();
+        const int gone = stage.started.count(nullptr);
+        const int calls = stage.source.updateCalls;
+        QStringList parts{"+%1"_s.arg(started - std::exchange(startedBefore, started)),
+                          "-%1"_s.arg(gone - std::exchange(goneBefore, gone)),
+                          calls > std::exchange(callsBefore, calls) ? "news"_s : QString(),
+                          log ? log->take() : QString(), p ? contradictions(*p) : QString()};
+        parts.removeAll("+0"_s);
+        parts.removeAll("-0"_s);
+        parts.removeAll(QString());
+        return parts.join("; "_s);
+    };
+    QCOMPARE(perform(play, verbs, effects), play);
+    QCOMPARE(logging.lines().count("debug: Finished update of package \"p\""_s), play.count("updated "_s));
+}
+
+// What p shows has to fit its status and type.
+QString tst_PackageReference::contradictions(const PackageReference &p)
+{
+    const QJsonValue title = p.manifestField("title"_s);
+    const bool consistent =
+        p.status() == PackageReference::Unavailable
+            ? p.type().isNull() && !p.node() && !p.packageIndex() && p.manifest().isEmpty()
+                  && title.isUndefined() && p.fileUrl("f"_s) == QUrl() && !p.installLocation().isValid()
+            : title == "of "_s + p.type() && p.manifest().value("title"_s) == title
+                  && p.node()->packageIndex() == p.packageIndex().data()
+                  && p.fileUrl("f"_s) == QUrl("memory:/p/f"_s)
+                  && p.installLocation().directory(false) == p.node()->installLocation().directory(false);
+    const QJsonValue installed =
+        p.status() == PackageReference::Installed ? title : QJsonValue(QJsonValue::Undefined);
+    return consistent && p.snapshot().manifestField("title"_s) == installed ? QString() : "contradiction"_s;
+}
+
+QTEST_GUILESS_MAIN(tst_PackageReference)
+#include "tst_packagereference.moc"

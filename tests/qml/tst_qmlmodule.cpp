@@ -1,0 +1,222 @@
+#include "support/directorycatalogue.h"
+#include "support/literals.h"
+
+#include <QQmlComponent>
+#include <QQmlContext>
+#include <QQmlEngine>
+#include <QQmlExpression>
+#include <QtTest>
+
+using namespace ts::pm::test;
+
+namespace {
+
+/** An engine with one QML object in it, whose "provider" shows the catalogue of its source "local". */
+class Scene
+{
+public:
+    explicit Scene(const QByteArray &content)
+    {
+        QQmlComponent component(&engine);
+        component.setData("import QtQuick 2.15\nimport Tamsel.PackageManager 1.0\nItem {\n"
+                          "property var provider: PackageProvider { LocalSource { id: local } }\n"
+                              + content + "}",
+                          QUrl());
+        root.reset(component.create());
+        if (!root)
+            qFatal("%s", qPrintable(component.errorString()));
+        oak.writePackage("plant/tree"_s, "oak"_s, {{"title"_s, "Oak"_s}, {"picture"_s, "oak.png"_s}});
+        oak.writeFile("packages/plant/tree/oak/oak.png"_s, "picture");
+        fern.writePackage("plant"_s, "fern"_s, {{"title"_s, "Fern"_s}});
+    }
+
+    /** The value of a JavaScript expression in the scope of the object. */
+    QVariant run(const QString &expression)
+    {
+        QQmlExpression script(qmlContext(root.data()), root.data(), expression);
+        const QVariant value = script.evaluate();
+        if (script.hasError())
+            qFatal("%s", qPrintable(script.error().toString()));
+        return value;
+    }
+
+    void use(const DirectoryCatalogue &catalogue) { run("local.path = '%1'"_s.arg(catalogue.path())); }
+
+    DirectoryCatalogue oak;
+    DirectoryCatalogue fern;
+    QQmlEngine engine;
+    QScopedPointer<QObject> root;
+};
+
+} // namespace
+
+class tst_QmlModule : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void types_data();
+    void types();
+    void listFollowsThePath();
+    void sourcesComeAndGoInAnyOrder();
+    void dataOfAReference();
+    void textsAreTranslatedAnew();
+    void promptLayout();
+};
+
+void tst_QmlModule::types_data()
+{
+    QTest::addColumn<QString>("reason"); // why there is no object of the type; empty if there is
+    for (const char *type : {"ManifestField", "ManifestBooleanField", "ManifestFileField",
+                             "ManifestSizeField", "ManifestStringField", "HasKeyword", "HasManifestField",
+                             "MatchesKeywordSearch", "PackageMatcherGroup", "SortByIntegerField",
+                             "SortByStringField", "CategoryListModel", "KeywordSuggestionModel",
+                             "PackageListModel", "Keyword", "PackageData", "PackageProvider", "LocalSource"})
+        QTest::newRow(type) << QString();
+    QTest::newRow("PackageMatcher") << "PackageMatcher is the base of matchers";
+    QTest::newRow("PackageSorter") << "PackageSorter is the base of sorters";
+    QTest::newRow("SortByField") << "SortByField is the base of sorters by a field";
+    QTest::newRow("PackageReference") << "References come from PackageProvider.packageReference()";
+    QTest::newRow("PackageSourceElement") << "PackageSourceElement is the base of source elements";
+    QTest::newRow("PromptLayout") << "PromptLayout is attached to a view";
+}
+
+void tst_QmlModule::types()
+{
+    QFETCH(QString, reason);
+    QQmlEngine engine;
+    QQmlComponent component(&engine);
+    component.setData(QByteArray("import Tamsel.PackageManager 1.0\n") + QTest::currentDataTag() + "{}",
+                      QUrl());
+    const QScopedPointer<QObject> object(component.create());
+    QCOMPARE(!object.isNull(), reason.isEmpty());
+    QVERIFY2(component.errorString().contains(reason), qPrintable(component.errorString()));
+}
+
+void tst_QmlModule::listFollowsThePath()
+{
+    Scene scene(R"(
+        Repeater {
+            id: rows
+            Item { property string text: [index, model.id, model.title, model.picture].join() }
+            model: PackageListModel {
+                packageProvider: provider
+                packageType: "plant"
+                sorter: SortByStringField { name: "title" }
+                ManifestStringField { name: "title" }
+                ManifestFileField { name: "picture" }
+            }
+        }
+        function texts() {
+            let texts = []
+            for (let i = 0; i < rows.count; ++i)
+                texts.push(rows.itemAt(i).text)
+            return texts.join(" ")
+        })");
+    const QString oak = "oak,Oak,file://%1/packages/plant/tree/oak/oak.png"_s.arg(scene.oak.path());
+    QCOMPARE(scene.run("provider.ready || local.exists"_s), QVariant(false));
+    scene.use(scene.oak);
+    QTRY_COMPARE(scene.run("texts()"_s).toString(), "0,"_s + oak);
+    QCOMPARE(scene.run("[provider.ready, local.exists, provider.packageCount].join()"_s).toString(),
+             "true,true,1"_s);
+    scene.run("local.path = 'file://%1'"_s.arg(scene.fern.path()));
+    QTRY_COMPARE(scene.run("texts()"_s).toString(), "0,fern,Fern,"_s);
+    QCOMPARE(scene.run("local.path"_s).toString(), scene.fern.path());
+    scene.fern.writePackage("plant"_s, "elm"_s, {{"title"_s, "Elm"_s}});
+    scene.run("provider.update()"_s);
+    QTRY_COMPARE(scene.run("texts()"_s).toString(), "0,elm,Elm, 1,fern,Fern,"_s);
+    scene.run("local.path = '/nowhere'"_s);
+    QTRY_COMPARE(scene.run("texts()"_s).toString(), QString());
+    QCOMPARE(scene.run("local.exists"_s), QVariant(false));
+}
+
+void tst_QmlModule::sourcesComeAndGoInAnyOrder()
+{
+    Scene scene(R"(
+        property int changes: 0
+        property var other: PackageProvider { onSourcesChanged: ++changes }
+        property var first: LocalSource {}
+        property var second: LocalSource {}
+        property string counts: provider.packageCount + "/" + other.packageCount)");
+    scene.use(scene.oak);
+    scene.run("first.path = '%1', other.sources = [first, second]"_s.arg(scene.fern.path()));
+    QTRY_COMPARE(scene.run("counts"_s).toString(), "1/1"_s);
+    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("This source is in use already"_s));
+    scene.run("provider.sources.push(first)"_s);
+    QCOMPARE(scene.run("[provider.sources.length, other.sources.length].join()"_s).toString(), "1,2"_s);
+    scene.run("second.path = local.path"_s);
+    QTRY_COMPARE(scene.run("counts"_s).toString(), "1/2"_s);
+    delete scene.run("first"_s).value<QObject *>();
+    QTRY_COMPARE(scene.run("counts"_s).toString(), "1/1"_s);
+    QCOMPARE(scene.run("[other.sources.length, changes].join()"_s).toString(), "1,3"_s);
+    scene.run("other.sources = [], provider.sources.push(second)"_s); // let go, it can be used again
+    QTRY_COMPARE(scene.run("counts"_s).toString(), "1/0"_s);
+    delete scene.run("provider"_s).value<QObject *>();
+    scene.run("second.path = '', other.sources.push(second), second.path = '%1'"_s.arg(scene.fern.path()));
+    QTRY_COMPARE(scene.run("other.packageCount"_s).toInt(), 1);
+}
+
+void tst_QmlModule::dataOfAReference()
+{
+    Scene scene(R"(
+        property var values: PackageData {
+            packageReference: provider.packageReference("oak")
+            ManifestStringField { name: "title"; defaultValue: "none" }
+            ManifestFileField { name: "picture" }
+        }
+        property string text: [values.$.title, values.manifest.picture, values.packageReference.status].join())");
+    const QPointer<QObject> oak = scene.run("provider.packageReference('oak')"_s).value<QObject *>();
+    QCOMPARE(scene.run("text"_s).toString(), "none,,-3"_s);
+    scene.use(scene.oak);
+    QTRY_COMPARE(scene.run("values.packageReference.status == PackageReference.Installed"_s), QVariant(true));
+    QVERIFY(scene.run("text"_s).toString().startsWith("Oak,file:///"_s));
+    QVERIFY(QFile::exists(scene.run("values.$.picture"_s).toUrl().toLocalFile()));
+    scene.run("values.$.title = 'written'"_s);
+    QCOMPARE(scene.run("typeof values.$.title"_s).toString(), "undefined"_s);
+    scene.run("values.packageReference = null"_s);
+    QCOMPARE(scene.run("values.$.title"_s).toString(), "none"_s);
+    scene.engine.collectGarbage();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(oak);
+    QCOMPARE(scene.run("provider.packageReference('oak')"_s).value<QObject *>(), oak.data());
+    QVERIFY(!scene.run("provider.packageReference('')"_s).value<QObject *>());
+}
+
+void tst_QmlModule::textsAreTranslatedAnew()
+{
+    Scene scene(R"(
+        property string text: qsTrId("greeting")
+        property int changes: 0
+        Connections { target: provider; function onTranslationsChanged() { ++changes } })");
+    QFile greeting(QStringLiteral(GREETING));
+    QVERIFY(greeting.open(QIODevice::ReadOnly));
+    scene.oak.writePackage("translation"_s, "words"_s, {{"en"_s, "greeting.qm"_s}});
+    scene.oak.writeFile("packages/translation/words/greeting.qm"_s, greeting.readAll());
+    QCOMPARE(scene.run("text"_s).toString(), "greeting"_s);
+    scene.use(scene.oak);
+    QTRY_COMPARE(scene.run("text"_s).toString(), "Hallo"_s);
+    QVERIFY(scene.run("changes"_s).toInt() > 0);
+}
+
+void tst_QmlModule::promptLayout()
+{
+    Scene scene(R"(
+        id: view
+        property int layouts: 0
+        property var model: ListModel { id: list }
+        function forceLayout() { ++layouts }
+        function append(count) {
+            for (let i = 0; i < count; ++i)
+                list.append({ name: "row" })
+            return layouts
+        })");
+    QCOMPARE(scene.run("append(600)"_s).toInt(), 0);
+    QCOMPARE(scene.run("PromptLayout.enabled = true, append(600)"_s).toInt(), 2);
+    QCOMPARE(scene.run("PromptLayout.enabled = false, append(600)"_s).toInt(), 2);
+    QCOMPARE(scene.run("PromptLayout.enabled = true, list.clear(), append(300)"_s).toInt(), 4);
+    QCOMPARE(scene.run("model = null, append(600)"_s).toInt(), 4);
+    QCOMPARE(scene.run("model = list, append(600)"_s).toInt(), 6);
+}
+
+QTEST_MAIN(tst_QmlModule)
+#include "tst_qmlmodule.moc"

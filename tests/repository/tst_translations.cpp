@@ -1,0 +1,181 @@
+#include "index/packageindex.h"
+#include "index/packagenode.h"
+#include "presentation/packagereference.h"
+#include "repository/packagerepository.h"
+
+#include "support/literals.h"
+#include "support/manualinstaller.h"
+#include "support/memorysource.h"
+#include "support/table.h"
+
+#include <QTranslator>
+#include <QtTest>
+
+using namespace ts::pm;
+using namespace ts::pm::test;
+
+namespace {
+
+QString greeting()
+{
+    return qtTrId("greeting");
+}
+
+// A repository with a package whose title is to be translated, and with room for a translation package.
+struct Stage
+{
+    explicit Stage(const QString &manifest = "{\"de\": \"Hallo.qm\"}"_s,
+                   const QString &type = "translation"_s)
+    {
+        source.catalogue.addPackage("p"_s, "birds"_s, {{"title"_s, "id:greeting"_s}});
+        source.catalogue.addPackage("words"_s, type);
+        setManifest(manifest);
+        source.installers = [this](const QString &id, const InstallLocation &location) {
+            auto *job = new ManualInstaller(location);
+            for (const QString &name : {"Hallo.qm"_s, "Servus.qm"_s})
+                location.installFile(QStringLiteral(GREETINGS "/") + name, name);
+            if (installsAtOnce)
+                job->succeed();
+            else if (id == "words"_s)
+                installer = job;
+            return job;
+        };
+        repository.addSource(&source);
+    }
+
+    void setManifest(const QString &manifest)
+    {
+        source.catalogue.manifests["words"_s] = QJsonDocument::fromJson(manifest.toUtf8()).object();
+    }
+
+    [[nodiscard]] bool build()
+    {
+        QSignalSpy changed(&repository, &PackageRepository::packageIndexChanged);
+        repository.update();
+        return changed.wait();
+    }
+
+    // As the current index has it.
+    QString title() const
+    {
+        const QString id = "p"_s;
+        return repository.packageIndex()->getPackage(QStringRef(&id))->readManifest("title"_s).toString();
+    }
+
+    MemorySource source;
+    PackageRepository repository{PackageRepository::PersistOnRequest};
+    QSignalSpy translated{&repository, &PackageRepository::translationsChanged};
+    bool installsAtOnce = true;
+    ManualInstaller *installer = nullptr; // of the translation package
+};
+
+} // namespace
+
+class tst_Translations : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { QLocale::setDefault(QLocale("de_AT"_s)); }
+    void cleanup() { QCOMPARE(greeting(), "greeting"_s); } // translators go with their repository
+
+    void choosesTheFile()
+    {
+        // locale | manifest | text
+        for (const Row &row : rows(R"(
+            de_AT | {"de": "Hallo.qm", "en": "Servus.qm"}    | Hallo
+            de_AT | {"de": "Hallo.qm", "de_AT": "Servus.qm"} | Servus
+            fr_FR | {"de": "Hallo.qm", "en": "Servus.qm"}    | Servus
+            de_AT | {"de": "missing.qm", "en": "Servus.qm"}  | greeting
+            de_AT | {"de": 1, "en": "Servus.qm"}             | greeting
+            de_AT | {"fr": "Servus.qm"}                      | greeting)")) {
+            QLocale::setDefault(QLocale(row[0]));
+            Stage stage(row[1]);
+            QVERIFY(stage.build());
+            QCOMPARE(row.with(greeting()), row.text());
+            QCOMPARE(stage.title(), row[2]);
+            QCOMPARE(stage.translated.count(), 1); // whether or not a file was loaded
+        }
+    }
+
+    void loadsWhatBecomesInstalled()
+    {
+        Stage stage;
+        stage.installsAtOnce = false;
+        QVERIFY(stage.build());
+        const auto index = stage.repository.packageIndex();
+        QCOMPARE(stage.title(), "greeting"_s);
+        QVERIFY(stage.translated.isEmpty());
+        stage.installer->succeed();
+        QCOMPARE(greeting() + stage.title(), "HalloHallo"_s);
+        QCOMPARE(stage.translated.count(), 1);
+        QCOMPARE(stage.repository.packageIndex(), index);
+    }
+
+    void tellsTheRepositoryLast()
+    {
+        Stage stage;
+        QStringList heard;
+        connect(&stage.repository, &PackageRepository::packageIndexChanged, this,
+                [&] { heard.append(greeting()); });
+        connect(&stage.repository, &PackageRepository::translationsChanged, this,
+                [&] { heard.append("all"_s); });
+        for (const QString &id : {"p"_s, "missing"_s}) {
+            connect(stage.repository.packageReference(id), &PackageReference::translationsChanged, this,
+                    [&] { heard.append(stage.title()); });
+        }
+        QVERIFY(stage.build());
+        QCOMPARE(heard.join(QLatin1Char(' ')), "Hallo Hallo all Hallo"_s);
+    }
+
+    void followsANewVersion()
+    {
+        Stage stage;
+        QVERIFY(stage.build());
+        stage.setManifest("{\"de\": \"Servus.qm\"}"_s);
+        QVERIFY(stage.build());
+        QCOMPARE(greeting() + stage.title(), "ServusServus"_s);
+        QCOMPARE(stage.repository.packageReference("words"_s)->findChildren<QTranslator *>().size(), 1);
+        QCOMPARE(stage.translated.count(), 2); // once for each version
+    }
+
+    void staysAfterRemoval()
+    {
+        Stage stage;
+        QVERIFY(stage.build());
+        stage.source.catalogue.packages.removeLast();
+        QVERIFY(stage.build());
+        QCOMPARE(stage.repository.packageReference("words"_s)->status(), PackageReference::Unavailable);
+        QCOMPARE(greeting() + stage.title(), "HalloHallo"_s);
+    }
+
+    void ignoresOtherTypes()
+    {
+        Stage stage("{\"de\": \"Hallo.qm\"}"_s, "translations"_s);
+        QVERIFY(stage.build());
+        QCOMPARE(greeting(), "greeting"_s);
+        QVERIFY(stage.translated.isEmpty());
+        QVERIFY(stage.repository.findChildren<PackageReference *>().isEmpty());
+    }
+
+    void notifiesOnRequest()
+    {
+        Stage stage({}, "other"_s);
+        QSignalSpy ofReference(stage.repository.packageReference("p"_s),
+                               &PackageReference::translationsChanged);
+        stage.repository.notifyTranslationUpdate();
+        QVERIFY(stage.translated.isEmpty() && ofReference.isEmpty()); // there is no index yet
+        QVERIFY(stage.build());
+        QCOMPARE(stage.title(), "greeting"_s);
+        QTranslator translator;
+        QVERIFY(translator.load(QStringLiteral(GREETINGS "/Hallo.qm")));
+        QCoreApplication::installTranslator(&translator);
+        QCOMPARE(stage.title(), "greeting"_s);
+        stage.repository.notifyTranslationUpdate();
+        QCOMPARE(stage.title(), "Hallo"_s);
+        QVERIFY(stage.translated.count() == 1 && ofReference.count() == 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_Translations)
+#include "tst_translations.moc"
