@@ -120,7 +120,8 @@ updates for each cause | start[1; picture= title=Oak]
 reads its fields once completed and once later | complete[1; picture= title=none] loop[1] loop
 keys go with their fields | start[1; picture= title=Oak]
     rename:name[1; name=Quercus picture= title=-] rename:title[1; name=- picture= title=Oak]
-    clear loop[name=- picture=- title=-] rename:name clear append loop[1; name=Quercus picture=- title=-]
+    clear loop[name=- picture=- title=-] mark[mark=x name=- picture=- title=-] clear loop rename:name
+    append loop[1; mark=- name=Quercus picture=- title=-]
 changes of one pass are one | loop[1; picture= title=none] clear append loop[1; picture=- title=none]
 written values go until the next update |
     start[1; picture= title=Oak] write[picture= title=-] default:x[1; picture= title=Oak]
@@ -186,6 +187,7 @@ void tst_PackageData::plays()
         {"default"_s, [&](auto value) { title.setDefaultValue(value); }},
         {"rename"_s, [&](auto name) { title.setName(name); }},
         {"write"_s, [&](auto) { data.manifest()->setProperty("title", "written"_s); }},
+        {"mark"_s, [&](auto) { data.manifest()->insert("mark"_s, "x"_s); }}, // an update would empty it
         {"clear"_s, [&](auto) { fields.clear(&fields); }},
         {"append"_s, [&](auto) { fields.append(&fields, &title); }},
     };

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QSize>
+#include <QString>
+#include <QStringList>
+
+namespace browser {
+
+/** What the command line asks for. */
+struct BrowserOptions
+{
+    enum class Action {
+        Browse,     ///< open the window
+        List,       ///< print the catalogue
+        Screenshot, ///< write pictures of all views
+        Help,
+        Version,
+    };
+
+    Action action = Action::Browse;
+    QStringList directories; ///< catalogues; empty for the sample catalogue
+    QString language;        ///< name of a locale; empty for that of the system
+    QString theme;           ///< "light", "dark" or "system"; empty for the user's last choice
+    QString screenshotDirectory;
+    QString screenshotVariant; ///< set by the program itself: the pictures that this process is to write
+    QSize windowSize;          ///< empty for the usual size
+    QString error;             ///< why the options cannot be followed, null if they can
+
+    /** What \a arguments ask for, which begin with the program's name. */
+    static BrowserOptions parse(const QStringList &arguments);
+
+    /**
+     * As parse(), but passes over what it does not know. For use before there is an application object, whose
+     * kind depends on the action, and which takes options of its own out of the arguments.
+     */
+    static BrowserOptions glance(const QStringList &arguments);
+
+    /** The text for Action::Help. Needs an application object. */
+    static QString helpText();
+};
+
+} // namespace browser

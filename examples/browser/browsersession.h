@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QObject>
+#include <QSize>
+#include <QStringList>
+
+namespace browser {
+
+struct BrowserOptions;
+
+/**
+ * What the user interface is told by the command line, and what it remembers for the next start. A singleton
+ * for QML, under the name Session.
+ *
+ * Ownership: belongs to whoever runs the engine, and outlives it.
+ * Threads: the thread of the user interface.
+ * Errors: a settings file that cannot be read or written leaves the defaults.
+ */
+class BrowserSession : public QObject
+{
+    Q_OBJECT
+    /** The directories of the catalogues shown. */
+    Q_PROPERTY(QStringList directories READ directories WRITE setDirectories NOTIFY directoriesChanged)
+    /** "light", "dark" or "system". Remembered, unless the session is one for pictures. */
+    Q_PROPERTY(QString theme READ theme WRITE setTheme NOTIFY themeChanged)
+    /** Size of the window at first. */
+    Q_PROPERTY(QSize windowSize READ windowSize CONSTANT)
+    /** Whether views may move. Pictures are taken of views that stand still. */
+    Q_PROPERTY(bool animated READ isAnimated CONSTANT)
+
+public:
+    explicit BrowserSession(const BrowserOptions &options, QObject *parent = nullptr);
+
+    QStringList directories() const { return shownDirectories; }
+    void setDirectories(const QStringList &directories);
+
+    QString theme() const { return chosenTheme; }
+    void setTheme(const QString &theme);
+
+    QSize windowSize() const { return firstSize; }
+    bool isAnimated() const { return !forPictures; }
+
+Q_SIGNALS:
+    void directoriesChanged();
+    void themeChanged();
+
+private:
+    const bool forPictures;
+    const QSize firstSize;
+    QStringList shownDirectories;
+    QString chosenTheme;
+};
+
+} // namespace browser

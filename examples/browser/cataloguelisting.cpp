@@ -1,0 +1,132 @@
+#include "cataloguelisting.h"
+
+#include "translationstate.h"
+
+#include <TamselPackageManager/KeywordNode>
+#include <TamselPackageManager/LocalPackageSource>
+#include <TamselPackageManager/PackageNode>
+
+#include <QEventLoop>
+#include <QFileInfo>
+#include <QTextStream>
+#include <QTimer>
+
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <vector>
+
+namespace browser {
+
+using ts::pm::PackageNode;
+
+namespace {
+
+constexpr int timeLimit = 60000; // milliseconds
+constexpr int columnCount = 4;
+constexpr int columnGap = 2;
+
+using Row = std::array<QString, columnCount>;
+
+void printError(const QString &message)
+{
+    QTextStream(stderr) << QStringLiteral("tamsel-browser: ") << message << '\n';
+}
+
+bool allExist(const QStringList &directories)
+{
+    bool exist = true;
+    for (const QString &directory : directories) {
+        if (QFileInfo(directory).isDir())
+            continue;
+        printError(QStringLiteral("There is no directory '%1'.").arg(directory));
+        exist = false;
+    }
+    return exist;
+}
+
+bool waitForTexts(const TranslationState &state)
+{
+    if (state.isSettled())
+        return true;
+    QEventLoop loop;
+    QObject::connect(&state, &TranslationState::settledChanged, &loop, &QEventLoop::quit);
+    QTimer::singleShot(timeLimit, &loop, &QEventLoop::quit);
+    loop.exec();
+    return state.isSettled();
+}
+
+QString categoriesOf(const PackageNode &package)
+{
+    QStringList names;
+    const QSet<ts::pm::KeywordNode *> keywords = package.keywords();
+    for (const ts::pm::KeywordNode *keyword : keywords) {
+        if (keyword->isCategory())
+            names.append(keyword->displayString().toString());
+    }
+    std::sort(names.begin(), names.end(),
+              [](const QString &a, const QString &b) { return a.localeAwareCompare(b) < 0; });
+    return names.join(QStringLiteral(", "));
+}
+
+// A table has one line for each package, whatever its texts hold.
+QString oneLine(const QString &text)
+{
+    return text.simplified();
+}
+
+std::vector<Row> rowsOf(const ts::pm::PackageList &packages)
+{
+    std::vector<Row> rows;
+    rows.push_back({QStringLiteral("ID"), QStringLiteral("TYPE"), QStringLiteral("TITLE"),
+                    QStringLiteral("CATEGORIES")});
+    for (const PackageNode *package : packages) {
+        rows.push_back({package->id().toString(), package->type().toString(),
+                        oneLine(package->readManifest(QStringLiteral("title")).toString()),
+                        oneLine(categoriesOf(*package))});
+    }
+    return rows;
+}
+
+void print(const std::vector<Row> &rows)
+{
+    std::array<int, columnCount> widths{};
+    for (const Row &row : rows) {
+        for (std::size_t column = 0; column < row.size(); ++column)
+            widths[column] = std::max(widths[column], row[column].size());
+    }
+    QTextStream output(stdout);
+    output.setCodec("UTF-8");
+    for (const Row &row : rows) {
+        QString line;
+        for (std::size_t column = 0; column < row.size(); ++column)
+            line += row[column].leftJustified(widths[column] + columnGap);
+        output << line.trimmed() << '\n';
+    }
+}
+
+} // namespace
+
+int listCatalogue(const QStringList &directories)
+{
+    if (!allExist(directories))
+        return 1;
+    std::vector<std::unique_ptr<ts::pm::LocalPackageSource>> sources;
+    ts::pm::PackageRepository repository(ts::pm::PackageRepository::PersistOnRequest);
+    for (const QString &directory : directories) {
+        sources.push_back(std::make_unique<ts::pm::LocalPackageSource>(directory));
+        repository.addSource(sources.back().get());
+    }
+    TranslationState state;
+    state.setRepository(&repository);
+    const bool complete = waitForTexts(state);
+    if (complete)
+        print(rowsOf(ts::pm::PackageIndex::selectPackages(repository.packageIndex(), QString(), {}, {})));
+    else
+        printError(QStringLiteral("The catalogue could not be read in time."));
+    for (const auto &source : sources)
+        repository.removeSource(source.get());
+    return complete ? 0 : 1;
+}
+
+} // namespace browser

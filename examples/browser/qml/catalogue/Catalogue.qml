@@ -1,0 +1,85 @@
+import QtQml 2.15
+import Tamsel.Browser 1.0
+import Tamsel.PackageManager 1.0
+
+// Everything behind the views: the packages, where they come from, and how they are listed.
+QtObject {
+    id: catalogue
+
+    readonly property PackageProvider provider: PackageProvider {
+        onTranslationsChanged: catalogue.listing.reload(true)
+        onPackageIndexChanged: catalogue.checkCategory()
+    }
+
+    readonly property Instantiator sources: Instantiator {
+        model: Session.directories
+        delegate: LocalSource {
+            path: modelData
+        }
+        onObjectAdded: catalogue.provider.sources.push(object)
+    }
+
+    readonly property TranslationState translations: TranslationState {
+        packageProvider: catalogue.provider
+        onSettledChanged: catalogue.started = catalogue.started || settled
+    }
+
+    readonly property OpenedPackages opened: OpenedPackages {
+        packageProvider: catalogue.provider
+    }
+
+    readonly property CatalogueTypes types: CatalogueTypes {
+        packageProvider: catalogue.provider
+    }
+
+    readonly property CategoryListModel categories: CategoryListModel {
+        packageProvider: catalogue.provider
+        packageType: catalogue.listing.packageType
+        onModelReset: catalogue.checkCategory()
+    }
+
+    readonly property KeywordSuggestionModel suggestions: KeywordSuggestionModel {
+        packageProvider: catalogue.provider
+        packageType: catalogue.listing.packageType
+    }
+
+    readonly property Listing listing: Listing {
+        provider: catalogue.provider
+        active: catalogue.started
+    }
+
+    // Becomes true when titles can be shown, and stays so.
+    property bool started: false
+
+    readonly property bool empty: started && provider.packageCount === 0
+
+    readonly property var missingDirectories: {
+        var missing = [];
+        for (var i = 0; i < provider.sources.length; ++i) {
+            if (!provider.sources[i].exists)
+                missing.push(provider.sources[i].path);
+        }
+        return missing;
+    }
+
+    function lookForChanges() {
+        provider.refresh();
+        provider.update();
+    }
+
+    // A category that leads to no package of the chosen type, or that is gone, would hide everything.
+    function checkCategory() {
+        if (listing.categoryId !== "" && categories.rowCount() > 0 && categoryRow(listing.categoryId) < 0)
+            listing.categoryId = "";
+    }
+
+    function categoryRow(id) {
+        var found = categories.match(categories.index(0, 0), 0, id, 1, Qt.MatchExactly);
+        return found.length > 0 ? found[0].row : -1;
+    }
+
+    function categoryName(id) {
+        var row = categoryRow(id);
+        return row < 0 ? "" : categories.data(categories.index(row, 0), 1);
+    }
+}

@@ -1,0 +1,103 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Layouts 1.15
+import "../controls"
+import "../theme"
+
+// How many packages there are, by what they are filtered, and in which order they come.
+Item {
+    id: header
+
+    property Catalogue catalogue
+    readonly property Listing listing: catalogue.listing
+
+    implicitHeight: layout.implicitHeight + 2 * Theme.gap
+
+    RowLayout {
+        id: layout
+
+        anchors.fill: parent
+        anchors.leftMargin: Theme.gap
+        anchors.rightMargin: Theme.gap
+        spacing: Theme.gap
+
+        Text {
+            Layout.leftMargin: 4
+            text: qsTrId("browser-hits", header.listing.hits)
+            font.pixelSize: Theme.body
+            font.bold: true
+            color: Theme.text
+        }
+
+        Flow {
+            Layout.fillWidth: true
+            Layout.leftMargin: 4
+            spacing: 6
+
+            Chip {
+                visible: header.listing.packageType !== ""
+                text: Texts.typeName(header.listing.packageType)
+                iconName: "close"
+                emphasised: true
+                maximumWidth: parent.width
+                Accessible.name: qsTrId("browser-filter-remove").arg(text)
+                onClicked: header.listing.packageType = ""
+            }
+
+            Chip {
+                visible: header.listing.categoryId !== ""
+                text: header.categoryName
+                iconName: "close"
+                emphasised: true
+                maximumWidth: parent.width
+                Accessible.name: qsTrId("browser-filter-remove").arg(text)
+                onClicked: header.listing.categoryId = ""
+            }
+        }
+
+        Text {
+            visible: header.width > 560
+            text: qsTrId("browser-order")
+            font.pixelSize: Theme.small
+            color: Theme.dim
+            Accessible.ignored: true
+        }
+
+        ChoiceBox {
+            id: orderBox
+
+            Layout.preferredWidth: Theme.body * 12
+            Accessible.name: qsTrId("browser-order")
+            textOf: header.orderName
+            model: ListModel {
+                ListElement { key: "catalogue" }
+                ListElement { key: "title" }
+                ListElement { key: "newest" }
+                ListElement { key: "oldest" }
+                ListElement { key: "edition" }
+            }
+            currentIndex: Math.max(0, indexOfValue(header.listing.order))
+            onActivated: header.listing.order = currentValue
+        }
+    }
+
+    readonly property string categoryName: {
+        listing.hits; // a new index may have another name for it
+        return listing.categoryId === "" ? "" : catalogue.categoryName(listing.categoryId);
+    }
+
+    function orderName(key) {
+        switch (key) {
+        case "title":
+            return qsTrId("browser-order-title");
+        case "newest":
+            return qsTrId("browser-order-newest");
+        case "oldest":
+            return qsTrId("browser-order-oldest");
+        case "edition":
+            return qsTrId("browser-order-edition");
+        default:
+            return qsTrId("browser-order-catalogue");
+        }
+    }
+}

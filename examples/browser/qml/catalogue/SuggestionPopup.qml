@@ -1,0 +1,95 @@
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import "../controls"
+import "../theme"
+
+// The words that fit what is being typed. The keyboard stays in the field, which moves the choice.
+Popup {
+    id: popup
+
+    property var model
+    // Whether there is anything to offer words for.
+    property bool wanted: false
+    // The user has sent it away; typing brings it back.
+    property bool dismissed: false
+    readonly property bool due: wanted && !dismissed && words.count > 0
+
+    signal chosen(string word)
+
+    padding: 4
+    focus: false
+    closePolicy: Popup.NoAutoClose
+    implicitHeight: Math.min(words.contentHeight, 8 * Theme.controlHeight) + topPadding + bottomPadding
+
+    onDueChanged: {
+        if (due)
+            open();
+        else
+            close();
+    }
+    onWantedChanged: {
+        if (!wanted)
+            dismissed = false;
+    }
+    enter: Transition {}
+    exit: Transition {}
+
+    background: Rectangle {
+        radius: Theme.radius
+        color: Theme.raised
+        border.color: Theme.outline
+    }
+
+    contentItem: ListView {
+        id: words
+
+        clip: true
+        model: popup.model
+        currentIndex: -1
+        boundsBehavior: Flickable.StopAtBounds
+        keyNavigationEnabled: false
+        highlightMoveDuration: 0
+        Accessible.role: Accessible.List
+        Accessible.name: qsTrId("browser-suggestions")
+        onCountChanged: currentIndex = -1
+
+        delegate: ItemDelegate {
+            id: row
+
+            width: ListView.view.width
+            height: Theme.controlHeight
+            focusPolicy: Qt.NoFocus
+            highlighted: ListView.isCurrentItem
+            Accessible.name: model.suggestion
+            onClicked: popup.chosen(model.suggestion)
+
+            contentItem: Text {
+                leftPadding: 8
+                text: model.displayString
+                textFormat: Text.StyledText
+                font.pixelSize: Theme.body
+                color: Theme.text
+                verticalAlignment: Text.AlignVCenter
+                elide: Text.ElideRight
+            }
+
+            background: Rectangle {
+                radius: Theme.radius - 2
+                color: row.highlighted ? Theme.accentSoft : (row.hovered ? Theme.hover : "transparent")
+            }
+        }
+
+        ScrollBar.vertical: Bar {}
+    }
+
+    function moveBy(step) {
+        if (!opened)
+            return;
+        var next = words.currentIndex + step;
+        words.currentIndex = next < -1 ? words.count - 1 : (next >= words.count ? -1 : next);
+    }
+
+    function currentWord() {
+        return words.currentIndex < 0 ? "" : model.suggestionAt(words.currentIndex);
+    }
+}

@@ -1,0 +1,30 @@
+import QtQuick 2.15
+import "../controls"
+import "../theme"
+
+// The keywords of a package, each a way to the other packages that carry it.
+Section {
+    id: section
+
+    property var keywords: []
+
+    signal keywordChosen(var keyword)
+
+    title: qsTrId("browser-keywords")
+
+    Flow {
+        width: parent.width
+        spacing: 6
+
+        Repeater {
+            model: section.keywords
+
+            Chip {
+                text: modelData.name
+                emphasised: modelData.category
+                maximumWidth: section.width
+                onClicked: section.keywordChosen(modelData)
+            }
+        }
+    }
+}
