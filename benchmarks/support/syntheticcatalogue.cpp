@@ -102,7 +102,8 @@ SyntheticCatalogue::SyntheticCatalogue(int packageCount)
         if (i % categoryShare != 0)
             links.append({IsA, keywordId(i), keywordId(category * categoryShare)});
         else if (category > 0)
-            links.append({IsA, keywordId(i), keywordId((category - 1) / categoriesInCategory * categoryShare)});
+            links.append(
+                {IsA, keywordId(i), keywordId((category - 1) / categoriesInCategory * categoryShare)});
     }
     const auto category = [&] { return keywordId(dice.below(keywordCount / categoryShare) * categoryShare); };
     const auto keyword = [&] { return keywordId(dice.below(keywordCount)); };

@@ -1,5 +1,7 @@
 #include "browseroptions.h"
 
+#include "latin1.h"
+
 #include <QCommandLineParser>
 #include <QLocale>
 #include <QRegularExpression>
@@ -10,15 +12,15 @@ namespace {
 
 constexpr int smallestSide = 320; // pixels
 
-constexpr QLatin1String directoryOption("directory");
-constexpr QLatin1String helpOption("help");
-constexpr QLatin1String languageOption("language");
-constexpr QLatin1String listOption("list");
-constexpr QLatin1String screenshotOption("screenshot");
-constexpr QLatin1String sizeOption("size");
-constexpr QLatin1String themeOption("theme");
-constexpr QLatin1String variantOption("screenshot-variant");
-constexpr QLatin1String versionOption("version");
+constexpr QLatin1String directoryOption = latin1("directory");
+constexpr QLatin1String helpOption = latin1("help");
+constexpr QLatin1String languageOption = latin1("language");
+constexpr QLatin1String listOption = latin1("list");
+constexpr QLatin1String screenshotOption = latin1("screenshot");
+constexpr QLatin1String sizeOption = latin1("size");
+constexpr QLatin1String themeOption = latin1("theme");
+constexpr QLatin1String variantOption = latin1("screenshot-variant");
+constexpr QLatin1String versionOption = latin1("version");
 
 void addOptions(QCommandLineParser &parser)
 {

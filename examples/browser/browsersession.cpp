@@ -2,6 +2,7 @@
 
 #include "browseroptions.h"
 #include "browserpaths.h"
+#include "latin1.h"
 
 #include <QSettings>
 
@@ -9,8 +10,8 @@ namespace browser {
 
 namespace {
 
-constexpr QLatin1String themeKey("theme");
-constexpr QLatin1String systemTheme("system");
+constexpr QLatin1String themeKey = latin1("theme");
+constexpr QLatin1String systemTheme = latin1("system");
 
 QString rememberedTheme()
 {

@@ -51,12 +51,13 @@ bool hasDisplay()
 #endif
 }
 
-// Pictures have exactly the scale that QT_SCALE_FACTOR says, whatever the screen.
+// Pictures are drawn without the help of a graphics card, and have exactly the scale that QT_SCALE_FACTOR says,
+// whatever the screen.
 void prepareGui(Action action)
 {
     if (action == Action::Screenshot && !hasDisplay())
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    if (qgetenv("QT_QPA_PLATFORM").startsWith("offscreen"))
+    if (action == Action::Screenshot || qgetenv("QT_QPA_PLATFORM").startsWith("offscreen"))
         QQuickWindow::setSceneGraphBackend(QSGRendererInterface::Software);
     if (action == Action::Screenshot)
         return;

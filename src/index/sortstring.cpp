@@ -10,7 +10,7 @@ namespace ts::pm {
 namespace {
 
 // Real catalogues stay far below both.
-constexpr int longestChain = 256; // entries
+constexpr int longestChain = 256;  // entries
 constexpr int longestText = 65536; // characters before the id
 
 QStringRef textOf(const PackageIndexNode *node)

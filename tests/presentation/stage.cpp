@@ -51,7 +51,8 @@ QVector<QPair<QString, QString>> tableRows(const char *table)
 void addPlays(const char *table)
 {
     QTest::addColumn<QString>("play");
-    for (const auto &[name, play] : tableRows(table))
+    const auto rows = tableRows(table);
+    for (const auto &[name, play] : rows)
         QTest::newRow(qPrintable(name)) << play;
 }
 

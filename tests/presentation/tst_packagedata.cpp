@@ -105,6 +105,9 @@ void tst_PackageData::fieldsWithoutPackage()
     SignalLog log(&size);
     size.setDefaultValue(QSizeF(0.1 + 0.2, 1)); // not equal by a hair
     QCOMPARE(log.take(), QString());
+    size.setDefaultValue(QSizeF(2, 1));
+    QCOMPARE(log.take(), "defaultValueChanged, updateRequested"_s);
+    QCOMPARE(size.defaultValue(), QSizeF(2, 1));
 }
 
 // What comes of a word: signals, with the values at that moment; how often the fields were read; the values,

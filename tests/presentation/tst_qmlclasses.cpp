@@ -25,19 +25,30 @@
 using namespace ts::pm;
 using namespace ts::pm::test;
 
-using Maker = QObject *(*)();
-Q_DECLARE_METATYPE(Maker)
-
 namespace {
 
-template<typename Type>
-const Maker make = [] { return static_cast<QObject *>(new Type); };
+QString nameOf(const QMetaObject &type)
+{
+    return QString::fromLatin1(type.className()).remove("ts::pm::"_s);
+}
+
+template<typename... Types>
+QVector<const QMetaObject *> metaObjects()
+{
+    return {&Types::staticMetaObject...};
+}
+
+template<typename... Types>
+QHash<QString, QObject *(*)()> makers()
+{
+    return {{nameOf(Types::staticMetaObject), []() -> QObject * { return new Types; }}...};
+}
 
 // What the class adds to its base, in the order of declaration: properties, signals, private slots with a
 // minus, invokables with their type, enumerations.
 QString describe(const QMetaObject &type)
 {
-    QByteArrayList parts{type.className() + QByteArray(" | ") + type.superClass()->className()};
+    QByteArrayList parts{type.superClass()->className()};
     for (int i = type.classInfoOffset(); i < type.classInfoCount(); ++i)
         parts += QByteArray("default ") + type.classInfo(i).value();
     for (int i = type.propertyOffset(); i < type.propertyCount(); ++i) {
@@ -72,7 +83,6 @@ class tst_QmlClasses : public QObject
 
 private Q_SLOTS:
     void surface();
-    void settersTellOnce_data();
     void settersTellOnce();
     void providers_data();
     void providers();
@@ -80,152 +90,118 @@ private Q_SLOTS:
 
 void tst_QmlClasses::surface()
 {
-    const QMetaObject *const types[] = {&PackageReference::staticMetaObject,
-                                        &ManifestField::staticMetaObject,
-                                        &ManifestBooleanField::staticMetaObject,
-                                        &ManifestStringField::staticMetaObject,
-                                        &ManifestSizeField::staticMetaObject,
-                                        &ManifestFileField::staticMetaObject,
-                                        &PackageData::staticMetaObject,
-                                        &PackageMatcher::staticMetaObject,
-                                        &HasKeyword::staticMetaObject,
-                                        &HasManifestField::staticMetaObject,
-                                        &MatchesKeywordSearch::staticMetaObject,
-                                        &PackageMatcherGroup::staticMetaObject,
-                                        &PackageSorter::staticMetaObject,
-                                        &SortByField::staticMetaObject,
-                                        &SortByIntegerField::staticMetaObject,
-                                        &SortByStringField::staticMetaObject,
-                                        &PackageListModel::staticMetaObject,
-                                        &CategoryListModel::staticMetaObject,
-                                        &KeywordSuggestionModel::staticMetaObject,
-                                        &Keyword::staticMetaObject};
+    const auto types = metaObjects<PackageReference, ManifestField, ManifestBooleanField, ManifestStringField,
+                                   ManifestSizeField, ManifestFileField, PackageData, PackageMatcher,
+                                   HasKeyword, HasManifestField, MatchesKeywordSearch, PackageMatcherGroup,
+                                   PackageSorter, SortByField, SortByIntegerField, SortByStringField,
+                                   PackageListModel, CategoryListModel, KeywordSuggestionModel, Keyword>();
     const auto rows = tableRows(R"(
-PackageReference |
-    QObject, QString id const, QString type typeChanged, PackageReference::Status status statusChanged,
-    typeChanged(), statusChanged(), updated(), translationsChanged(), -init(), -update(), -computeStatus(),
-    QJsonObject manifest(), QJsonValue manifestField(QString), QUrl fileUrl(QString), Status Unavailable=-3
-    Incomplete=-2 Unknown=-1 Installing=0 Installed=1
+PackageReference | QObject, QString id const, QString type typeChanged, PackageReference::Status status
+    statusChanged, typeChanged(), statusChanged(), updated(), translationsChanged(), -init(), -update(),
+    -computeStatus(), QJsonObject manifest(), QJsonValue manifestField(QString), QUrl fileUrl(QString), Status
+    Unavailable=-3 Incomplete=-2 Unknown=-1 Installing=0 Installed=1
 ManifestField | QObject, QString name write nameChanged, nameChanged(), updateRequested()
 ManifestBooleanField | ManifestField, bool defaultValue write defaultValueChanged, defaultValueChanged()
 ManifestStringField | ManifestField, QString defaultValue write defaultValueChanged, defaultValueChanged()
 ManifestSizeField | ManifestField, QSizeF defaultValue write defaultValueChanged, defaultValueChanged()
 ManifestFileField | ManifestField
-PackageData |
-    QObject, default manifestFields, PackageReference* packageReference write packageReferenceChanged,
-    QQmlListProperty<ManifestField> manifestFields manifestFieldsChanged, QQmlPropertyMap* $ const,
-    QQmlPropertyMap* manifest const, packageReferenceChanged(), manifestFieldsChanged(), -processFieldChange(),
-    -update()
+PackageData | QObject, default manifestFields, PackageReference* packageReference write
+    packageReferenceChanged, QQmlListProperty<ManifestField> manifestFields manifestFieldsChanged,
+    QQmlPropertyMap* $ const, QQmlPropertyMap* manifest const, packageReferenceChanged(),
+    manifestFieldsChanged(), -processFieldChange(), -update()
 PackageMatcher | QObject, updateRequested()
 HasKeyword | PackageMatcher, QString keywordId write keywordIdChanged, keywordIdChanged()
 HasManifestField | PackageMatcher, QString name write nameChanged, nameChanged()
-MatchesKeywordSearch |
-    PackageMatcher, QString searchString write searchStringChanged, MatchesKeywordSearch::MatchMode matchMode
-    write matchModeChanged, searchStringChanged(), matchModeChanged(), MatchMode PartialMatch=0 FullMatch=1
-PackageMatcherGroup |
-    PackageMatcher, default matchers, PackageMatcherGroup::MatchRequirement matchRequirement write,
-    QQmlListProperty<PackageMatcher> matchers matchersChanged, matchRequirementChanged(), matchersChanged(),
-    -notifyMatcherChange(), void addMatcher(PackageMatcher*), void removeMatcher(PackageMatcher*),
-    MatchRequirement MatchAll=0 MatchAny=1
+MatchesKeywordSearch | PackageMatcher, QString searchString write searchStringChanged,
+    MatchesKeywordSearch::MatchMode matchMode write matchModeChanged, searchStringChanged(),
+    matchModeChanged(), MatchMode PartialMatch=0 FullMatch=1
+PackageMatcherGroup | PackageMatcher, default matchers, PackageMatcherGroup::MatchRequirement matchRequirement
+    write, QQmlListProperty<PackageMatcher> matchers matchersChanged, matchRequirementChanged(),
+    matchersChanged(), -notifyMatcherChange(), void addMatcher(PackageMatcher*), void
+    removeMatcher(PackageMatcher*), MatchRequirement MatchAll=0 MatchAny=1
 PackageSorter | QObject, updateRequested()
 SortByField | PackageSorter, QString name write nameChanged, nameChanged()
 SortByIntegerField | SortByField
 SortByStringField | SortByField
-PackageListModel |
-    QAbstractListModel, default manifestFields, QObject* packageProvider write packageProviderChanged, QString
-    packageType write packageTypeChanged, QQmlListProperty<ManifestField> manifestFields manifestFieldsChanged,
-    PackageMatcher* matcher write matcherChanged, PackageSorter* sorter write sorterChanged, int count
-    countChanged, packageProviderChanged(), packageTypeChanged(), manifestFieldsChanged(), matcherChanged(),
-    sorterChanged(), countChanged(), -scheduleUpdate(), -finishListUpdate(), -processFieldChange(), QString
-    packageAt(int), int indexOf(QString), QJsonValue manifestField(int,QString)
-CategoryListModel |
-    QAbstractListModel, QString packageType write packageTypeChanged, QObject* packageProvider write
-    packageProviderChanged, packageTypeChanged(), packageProviderChanged(), -updateList(), -finishUpdate()
-KeywordSuggestionModel |
-    QAbstractListModel, QString packageType write packageTypeChanged, QObject* packageProvider write
-    packageProviderChanged, QString searchString write searchStringChanged, int count countChanged,
-    packageTypeChanged(), packageProviderChanged(), searchStringChanged(), countChanged(), -updateList(),
-    -finishUpdate(), QString suggestionAt(int)
-Keyword |
-    QObject, Keyword::Type type keywordChanged, QString displayString keywordChanged, QObject* packageProvider
-    write packageProviderChanged, QString keywordId write keywordIdChanged, keywordChanged(),
-    packageProviderChanged(), keywordIdChanged(), -update(), Type Invalid=-1 Noun=0 Name=1 Adjective=2 Literal=3
-    Category=4
+PackageListModel | QAbstractListModel, default manifestFields, QObject* packageProvider write
+    packageProviderChanged, QString packageType write packageTypeChanged, QQmlListProperty<ManifestField>
+    manifestFields manifestFieldsChanged, PackageMatcher* matcher write matcherChanged, PackageSorter* sorter
+    write sorterChanged, int count countChanged, packageProviderChanged(), packageTypeChanged(),
+    manifestFieldsChanged(), matcherChanged(), sorterChanged(), countChanged(), -scheduleUpdate(),
+    -finishListUpdate(), -processFieldChange(), QString packageAt(int), int indexOf(QString), QJsonValue
+    manifestField(int,QString)
+CategoryListModel | QAbstractListModel, QString packageType write packageTypeChanged, QObject* packageProvider
+    write packageProviderChanged, packageTypeChanged(), packageProviderChanged(), -updateList(),
+    -finishUpdate()
+KeywordSuggestionModel | QAbstractListModel, QString packageType write packageTypeChanged, QObject*
+    packageProvider write packageProviderChanged, QString searchString write searchStringChanged, int count
+    countChanged, packageTypeChanged(), packageProviderChanged(), searchStringChanged(), countChanged(),
+    -updateList(), -finishUpdate(), QString suggestionAt(int)
+Keyword | QObject, Keyword::Type type keywordChanged, QString displayString keywordChanged, QObject*
+    packageProvider write packageProviderChanged, QString keywordId write keywordIdChanged, keywordChanged(),
+    packageProviderChanged(), keywordIdChanged(), -update(), Type Invalid=-1 Noun=0 Name=1 Adjective=2
+    Literal=3 Category=4
 )");
-    QCOMPARE(int(std::size(types)), rows.size());
+    QCOMPARE(types.size(), rows.size());
     for (int i = 0; i < rows.size(); ++i)
-        QCOMPARE(describe(*types[i]), rows.at(i).first + " | "_s + rows.at(i).second);
+        QCOMPARE(nameOf(*types[i]) + " | "_s + describe(*types[i]), rows[i].first + " | "_s + rows[i].second);
 }
 
-void tst_QmlClasses::settersTellOnce_data()
-{
-    QTest::addColumn<Maker>("maker");
-    QTest::addColumn<QByteArray>("name");
-    QTest::addColumn<QString>("told");
-    QTest::addColumn<QVariant>("initial");
-    QTest::addColumn<QVariant>("value");
-    const auto row = [](const char *name, Maker maker, const char *property, const char *told,
-                        const QVariant &initial = QString(), const QVariant &value = "x"_s) {
-        QTest::addRow("%s.%s", name, property)
-            << maker << QByteArray(property) << QString::fromLatin1(told) << initial << value;
-    };
-    const char defaultTold[] = "defaultValueChanged, updateRequested";
-    row("ManifestField", make<ManifestField>, "name", "nameChanged, updateRequested");
-    row("ManifestBooleanField", make<ManifestBooleanField>, "defaultValue", defaultTold, false, true);
-    row("ManifestStringField", make<ManifestStringField>, "defaultValue", defaultTold);
-    row("ManifestSizeField", make<ManifestSizeField>, "defaultValue", defaultTold, QSizeF(0, 0),
-        QSizeF(1, 2));
-    row("HasKeyword", make<HasKeyword>, "keywordId", "keywordIdChanged, updateRequested");
-    row("HasManifestField", make<HasManifestField>, "name", "nameChanged, updateRequested");
-    const Maker search = make<MatchesKeywordSearch>;
-    row("MatchesKeywordSearch", search, "searchString", "searchStringChanged, updateRequested");
-    row("MatchesKeywordSearch", search, "matchMode", "matchModeChanged, updateRequested", 0, 1);
-    row("PackageMatcherGroup", make<PackageMatcherGroup>, "matchRequirement",
-        "matchRequirementChanged, updateRequested", 0, 1);
-    row("SortByIntegerField", make<SortByIntegerField>, "name", "nameChanged"); // shows with the next update
-    row("PackageListModel", make<PackageListModel>, "packageType", "packageTypeChanged");
-    row("CategoryListModel", make<CategoryListModel>, "packageType", "packageTypeChanged");
-    row("KeywordSuggestionModel", make<KeywordSuggestionModel>, "packageType", "packageTypeChanged");
-    row("KeywordSuggestionModel", make<KeywordSuggestionModel>, "searchString", "searchStringChanged");
-    row("Keyword", make<Keyword>, "keywordId", "keywordIdChanged");
-}
-
+// The value at first, a new one, and what comes of setting that twice.
 void tst_QmlClasses::settersTellOnce()
 {
-    QFETCH(Maker, maker);
-    QFETCH(QByteArray, name);
-    QFETCH(QVariant, initial);
-    QFETCH(QVariant, value);
-    const char *const property = name.constData();
-    const std::unique_ptr<QObject> object(maker());
-    SignalLog log(object.get());
-    QCOMPARE(object->property(property), initial);
-    QCOMPARE(object->property(property).isNull(), initial.isNull());
-    QVERIFY(object->setProperty(property, value));
-    QCOMPARE(object->property(property), value);
-    QTEST(log.take(), "told");
-    QVERIFY(object->setProperty(property, value));
-    QCOMPARE(log.take(), QString());
+    const auto makers =
+        ::makers<ManifestField, ManifestBooleanField, ManifestStringField, HasKeyword, HasManifestField,
+                 MatchesKeywordSearch, PackageMatcherGroup, SortByIntegerField, PackageListModel,
+                 CategoryListModel, KeywordSuggestionModel, Keyword>();
+    const auto rows = tableRows(R"(
+ManifestField.name | null x nameChanged, updateRequested
+ManifestBooleanField.defaultValue | false true defaultValueChanged, updateRequested
+ManifestStringField.defaultValue | null x defaultValueChanged, updateRequested
+HasKeyword.keywordId | null x keywordIdChanged, updateRequested
+HasManifestField.name | null x nameChanged, updateRequested
+MatchesKeywordSearch.searchString | null x searchStringChanged, updateRequested
+MatchesKeywordSearch.matchMode | PartialMatch FullMatch matchModeChanged, updateRequested
+PackageMatcherGroup.matchRequirement | MatchAll MatchAny matchRequirementChanged, updateRequested
+SortByIntegerField.name | null x nameChanged
+PackageListModel.packageType | null x packageTypeChanged
+CategoryListModel.packageType | null x packageTypeChanged
+KeywordSuggestionModel.packageType | null x packageTypeChanged
+KeywordSuggestionModel.searchString | null x searchStringChanged
+Keyword.keywordId | null x keywordIdChanged
+)");
+    for (const auto &[name, expected] : rows) {
+        const std::unique_ptr<QObject> object(makers.value(name.section("."_s, 0, 0))());
+        const QByteArray propertyName = name.section("."_s, 1).toLatin1();
+        const char *const property = propertyName.constData();
+        SignalLog log(object.get());
+        QStringList actual{object->property(property).toString()};
+        if (object->property(property).isNull())
+            actual.first() = "null"_s;
+        for (int i = 0; i < 2; ++i)
+            object->setProperty(property, expected.section(" "_s, 1, 1));
+        actual += {object->property(property).toString(), log.take()};
+        QCOMPARE(name + " | "_s + actual.join(" "_s), name + " | "_s + expected);
+    }
 }
 
 void tst_QmlClasses::providers_data()
 {
-    QTest::addColumn<Maker>("maker");
-    QTest::addColumn<bool>("keepsUnusable");
-    QTest::addColumn<QString>("told");
-    const QString changed = "packageProviderChanged"_s;
-    QTest::newRow("PackageListModel") << make<PackageListModel> << false << changed;
-    QTest::newRow("CategoryListModel") << make<CategoryListModel> << true << changed;
-    QTest::newRow("KeywordSuggestionModel") << make<KeywordSuggestionModel> << true << changed;
-    QTest::newRow("Keyword") << make<Keyword> << false << QString(); // silent by choice
+    addPlays(R"(
+PackageListModel | drops packageProviderChanged
+CategoryListModel | keeps packageProviderChanged
+KeywordSuggestionModel | keeps packageProviderChanged
+Keyword | drops
+)");
 }
 
 void tst_QmlClasses::providers()
 {
-    QFETCH(Maker, maker);
-    QFETCH(bool, keepsUnusable);
-    QFETCH(QString, told);
-    const std::unique_ptr<QObject> user(maker());
+    QFETCH(QString, play);
+    const auto makers = ::makers<PackageListModel, CategoryListModel, KeywordSuggestionModel, Keyword>();
+    const bool keepsUnusable = play.section(" "_s, 0, 0) == "keeps"_s;
+    const QString told = play.section(" "_s, 1);
+    const std::unique_ptr<QObject> user(makers.value(QString::fromLatin1(QTest::currentDataTag()))());
     SignalLog log(user.get());
     const auto provider = [&user] { return user->property("packageProvider").value<QObject *>(); };
     const auto assign = [&](QObject *object) {

@@ -31,7 +31,8 @@ void DirectoryCatalogue::writeFile(const QString &name, const QByteArray &conten
 void DirectoryCatalogue::writePackage(const QString &typePath, const QString &id, const QJsonObject &manifest)
 {
     const QString parent = typePath.isEmpty() ? QString() : typePath + QLatin1Char('/');
-    writeFile(QStringLiteral("packages/%1%2/manifest.json").arg(parent, id), QJsonDocument(manifest).toJson());
+    writeFile(QStringLiteral("packages/%1%2/manifest.json").arg(parent, id),
+              QJsonDocument(manifest).toJson());
 }
 
 void DirectoryCatalogue::writeKeyword(const QString &id, const QString &type, const QString &german,

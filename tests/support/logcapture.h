@@ -5,7 +5,8 @@
 
 namespace ts::pm::test {
 
-/** Collects the log lines of one category, instead of printing them, for as long as it lives. Any thread may log. */
+/** Collects the log lines of one category, instead of printing them, for as long as it lives. Any thread may
+ * log. */
 class LogCapture
 {
 public:

@@ -27,7 +27,8 @@ ApplicationWindow {
     minimumWidth: 480
     minimumHeight: 360
     visible: true
-    title: pages.depth > 1 ? qsTrId("browser-window-title").arg(pages.currentItem.title) : qsTrId("browser-title")
+    title: pages.depth > 1 ? qsTrId("browser-window-title").arg(pages.currentItem.title)
+                           : qsTrId("browser-title")
     color: Theme.page
     font.pixelSize: Theme.body
 

@@ -53,7 +53,7 @@ FocusScope {
             Loader {
                 Layout.fillHeight: true
                 Layout.preferredWidth: Theme.body * 18
-                active: !page.narrow && !page.catalogue.empty
+                active: !page.narrow && !page.catalogue.empty && page.catalogue.started
                 visible: active
                 sourceComponent: Sidebar {
                     catalogue: page.catalogue
@@ -65,7 +65,7 @@ FocusScope {
 
                 ListHeader {
                     Layout.fillWidth: true
-                    visible: !page.catalogue.empty
+                    visible: !page.catalogue.empty && page.catalogue.started
                     catalogue: page.catalogue
                 }
 

@@ -50,7 +50,11 @@ ItemDelegate {
 
     background: Rectangle {
         radius: Theme.radius
-        color: item.chosen ? Theme.accentSoft : (item.down ? Theme.pressed : (item.hovered ? Theme.hover : "transparent"))
+        color: {
+            if (item.chosen)
+                return Theme.accentSoft;
+            return item.down ? Theme.pressed : (item.hovered ? Theme.hover : "transparent");
+        }
 
         FocusRing {
             shown: item.current

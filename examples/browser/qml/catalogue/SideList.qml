@@ -3,8 +3,8 @@ import QtQuick.Controls 2.15
 import "../controls"
 import "../theme"
 
-// A headed list of filters. Up and down move the mark, Enter or Space choose. The first choice, which takes the
-// filter away, is part of the head: row -1.
+// A headed list of filters. Up and down move the mark, Enter or Space choose. The first choice, which takes
+// the filter away, is part of the head: row -1.
 ListView {
     id: list
 

@@ -2,8 +2,8 @@ import QtQuick 2.15
 import QtQuick.Controls 2.15
 import "../theme"
 
-// A combo box whose model holds keys; texts come from textOf(key), so that they follow the language without the
-// model being replaced, which would lose the choice.
+// A combo box whose model holds keys. Texts come from textOf(key): they follow the language without the model
+// being replaced, which would lose the choice.
 ComboBox {
     id: box
 

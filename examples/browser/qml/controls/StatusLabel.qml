@@ -8,7 +8,8 @@ Row {
 
     property int status: PackageReference.Unknown
     property int pixelSize: Theme.small
-    readonly property bool problem: status === PackageReference.Incomplete || status === PackageReference.Unavailable
+    readonly property bool problem: status === PackageReference.Incomplete
+                                    || status === PackageReference.Unavailable
     readonly property color color: {
         if (status === PackageReference.Unknown)
             return Theme.dim;

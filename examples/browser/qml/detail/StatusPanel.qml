@@ -9,7 +9,7 @@ Rectangle {
 
     property int status
     readonly property bool installing: status === PackageReference.Installing
-    readonly property bool problem: status === PackageReference.Incomplete || status === PackageReference.Unavailable
+    readonly property bool problem: label.problem
     readonly property string hint: {
         switch (status) {
         case PackageReference.Incomplete:

@@ -27,13 +27,15 @@ QtObject {
     }
 
     function factName(key) {
-        return known("browser-fact-" + key) || readable(key.replace(/(Km|Cm|Kg|[a-z]M|[a-z]S)$/, function(end) {
-            return /^[a-z]/.test(end) ? end.charAt(0) : "";
-        }));
+        return known("browser-fact-" + key) || readable(key.replace(/([a-z])(Km|Cm|Kg|M|S)$/, "$1"));
+    }
+
+    function rounded(value, decimals) {
+        return Number(value).toLocaleString(Qt.locale(), "f", decimals);
     }
 
     function number(value) {
-        return Number(value).toLocaleString(Qt.locale(), "f", Number.isInteger(value) ? 0 : 1);
+        return rounded(value, Number.isInteger(value) ? 0 : 1);
     }
 
     function season(months) {
@@ -69,8 +71,8 @@ QtObject {
         if (bytes < 1000)
             return qsTrId("browser-size-bytes", bytes);
         if (bytes < 1000000)
-            return qsTrId("browser-size-kilobytes").arg(Number(bytes / 1000).toLocaleString(Qt.locale(), "f", 0));
-        return qsTrId("browser-size-megabytes").arg(Number(bytes / 1000000).toLocaleString(Qt.locale(), "f", 1));
+            return qsTrId("browser-size-kilobytes").arg(rounded(bytes / 1000, 0));
+        return qsTrId("browser-size-megabytes").arg(rounded(bytes / 1000000, 1));
     }
 
     function statusName(status) {

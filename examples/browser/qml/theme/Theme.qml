@@ -3,8 +3,8 @@ pragma Singleton
 import QtQuick 2.15
 import Tamsel.Browser 1.0
 
-// Colours, sizes and times of the user interface. Every pair of text and ground has a contrast of 4.5 or more in
-// both variants, every outline of a control 3 or more.
+// Colours, sizes and times of the user interface. Every pair of text and ground has a contrast of 4.5 or more
+// in both variants, every outline of a control 3 or more.
 QtObject {
     id: theme
 
