@@ -11,6 +11,9 @@
 #include "sortbytext.h"
 #include "translationstate.h"
 
+#include <QGuiApplication>
+#include <QIcon>
+#include <QPixmap>
 #include <QQuickStyle>
 #include <QQuickWindow>
 #include <QUrl>
@@ -26,6 +29,14 @@ template<typename Type>
 void registerType(const char *name)
 {
     qmlRegisterType<Type>(module, 1, 0, name);
+}
+
+QIcon applicationIcon()
+{
+    QSize naturalSize;
+    const QImage leaf =
+        IconProvider().requestImage(QStringLiteral("leaf/#1c6b47"), &naturalSize, QSize(128, 128));
+    return QIcon(QPixmap::fromImage(leaf));
 }
 
 void registerTypes(BrowserSession &session)
@@ -51,6 +62,7 @@ BrowserWindow::BrowserWindow(BrowserSession &session)
     const QStringList paths = qmlImportPaths();
     for (const QString &path : paths)
         engine.addImportPath(path);
+    QGuiApplication::setWindowIcon(applicationIcon());
     engine.load(QUrl(QStringLiteral("qrc:/qml/Main.qml")));
 }
 

@@ -10,7 +10,6 @@
 
 #include <QDir>
 #include <QGuiApplication>
-#include <QIcon>
 #include <QLocale>
 #include <QLoggingCategory>
 #include <QQuickWindow>
@@ -51,8 +50,8 @@ bool hasDisplay()
 #endif
 }
 
-// Pictures are drawn without the help of a graphics card, and have exactly the scale that QT_SCALE_FACTOR says,
-// whatever the screen.
+// Pictures are drawn without the help of a graphics card, and have exactly the scale that QT_SCALE_FACTOR
+// says, whatever the screen.
 void prepareGui(Action action)
 {
     if (action == Action::Screenshot && !hasDisplay())

@@ -57,6 +57,13 @@ ApplicationWindow {
         popExit: Session.animated ? fadeOut : null
     }
 
+    // The button at the side of a mouse.
+    MouseArea {
+        anchors.fill: parent
+        acceptedButtons: Qt.BackButton
+        onClicked: window.goBack()
+    }
+
     Transition {
         id: fadeIn
 
@@ -106,13 +113,13 @@ ApplicationWindow {
     }
 
     Shortcut {
-        sequences: [StandardKey.Back, "Escape"]
+        sequences: [StandardKey.Back]
         enabled: pages.depth > 1
         onActivated: window.goBack()
     }
 
     Shortcut {
-        sequence: StandardKey.Refresh
+        sequences: [StandardKey.Refresh]
         onActivated: library.lookForChanges()
     }
 

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import Tamsel.Browser 1.0
 import "../controls"
 import "../theme"
 
@@ -117,7 +118,7 @@ Item {
         id: area
 
         anchors.fill: frame
-        hoverEnabled: true
+        hoverEnabled: Session.animated // a pointer has no part in pictures of the views
         cursorShape: Qt.PointingHandCursor
         onClicked: card.opened()
     }

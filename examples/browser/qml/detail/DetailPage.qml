@@ -22,6 +22,8 @@ FocusScope {
     signal keywordChosen(var keyword)
 
     StackView.onActivated: scroller.forceActiveFocus()
+    // Not a shortcut: while a menu is open, the key is there to close it.
+    Keys.onEscapePressed: closed()
     onPresentTitleChanged: {
         if (presentTitle !== "")
             title = presentTitle;
