@@ -43,22 +43,22 @@ waits for the newest version only | install[+1; statusChanged Installed a]
 goes at once, comes back | install[+1; statusChanged Installed a] publish[+1]
     gone publish[-2; news; statusChanged Unavailable] version:b publish[+1; statusChanged Installing b]
 stays installed while the new version fails | install[+1; statusChanged Installed a]
-    version:b publish[+1] fail wait:29 wait:2[+1; -1] fail wait:59 wait:2[+1; -1]
+    version:b publish[+1] fail wait:20 wait:12[+1; -1] fail wait:50 wait:12[+1; -1]
     succeed[-1; typeChanged Installed b, updated Installed b]
-success starts the delays anew | incomplete[+1; statusChanged Incomplete a] wait:29 wait:2[+1]
-    succeed[-1; statusChanged Installed a, updated Installed a] publish[+1] fail wait:29 wait:2[+1; -1]
+success starts the delays anew | incomplete[+1; statusChanged Incomplete a] wait:20 wait:12[+1]
+    succeed[-1; statusChanged Installed a, updated Installed a] publish[+1] fail wait:20 wait:12[+1; -1]
 one retry at a time | incomplete[+1; statusChanged Incomplete a]
-    publish[+1] fail wait:31[+1; -1] fail wait:59 wait:2[+1; -1]
+    publish[+1] fail wait:40[+1; -1] fail wait:50 wait:12[+1; -1]
 a failure during the retry arms none | incomplete[+1; statusChanged Incomplete a]
-    never wait:31[+1] wait:9999 publish[+1; -1] wait:59 wait:2[+1; -1]
+    never wait:40[+1] wait:9999 publish[+1; -1] wait:50 wait:12[+1; -1]
 folds back to done with nothing pending | install[+1; statusChanged Installed a] require:q require:r instantly
     publish[+3; -1; updated Installed a] succeed:2 succeed:3
 a required package fails after the swap | install[+1; statusChanged Installed a] require:q require:r instantly
-    publish[+3; -1; updated Installed a] fail:2 succeed:3 wait:29 wait:2[+3; -3; updated Installed a]
+    publish[+3; -1; updated Installed a] fail:2 succeed:3 wait:20 wait:12[+3; -3; updated Installed a]
 )");
-    QString delays = "incomplete[+1; statusChanged Incomplete a] wait:29 wait:2[+1]"_s;
+    QString delays = "incomplete[+1; statusChanged Incomplete a] wait:20 wait:12[+1]"_s;
     for (int doubling = 1; doubling < 20; ++doubling) // 16 is the last that 32 bits of milliseconds hold
-        delays += " fail wait:%1 wait:2[+1; -1]"_s.arg((30 << qMin(doubling, 16)) - 1);
+        delays += " fail wait:%1 wait:12[+1; -1]"_s.arg((30 << qMin(doubling, 16)) - 10);
     QTest::newRow("delays grow to the longest") << delays;
 }
 

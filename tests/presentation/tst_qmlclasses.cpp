@@ -161,8 +161,8 @@ ManifestStringField.defaultValue | null x defaultValueChanged, updateRequested
 HasKeyword.keywordId | null x keywordIdChanged, updateRequested
 HasManifestField.name | null x nameChanged, updateRequested
 MatchesKeywordSearch.searchString | null x searchStringChanged, updateRequested
-MatchesKeywordSearch.matchMode | PartialMatch FullMatch matchModeChanged, updateRequested
-PackageMatcherGroup.matchRequirement | MatchAll MatchAny matchRequirementChanged, updateRequested
+MatchesKeywordSearch.matchMode | 0 1 matchModeChanged, updateRequested
+PackageMatcherGroup.matchRequirement | 0 1 matchRequirementChanged, updateRequested
 SortByIntegerField.name | null x nameChanged
 PackageListModel.packageType | null x packageTypeChanged
 CategoryListModel.packageType | null x packageTypeChanged
@@ -178,8 +178,9 @@ Keyword.keywordId | null x keywordIdChanged
         QStringList actual{object->property(property).toString()};
         if (object->property(property).isNull())
             actual.first() = "null"_s;
+        const QString value = expected.section(" "_s, 1, 1);
         for (int i = 0; i < 2; ++i)
-            object->setProperty(property, expected.section(" "_s, 1, 1));
+            object->setProperty(property, value == "1"_s ? QVariant(1) : QVariant(value));
         actual += {object->property(property).toString(), log.take()};
         QCOMPARE(name + " | "_s + actual.join(" "_s), name + " | "_s + expected);
     }
