@@ -1,0 +1,93 @@
+#pragma once
+
+#include "tamsel_export.h"
+
+#include <QByteArray>
+#include <QObject>
+#include <QPointer>
+#include <QScopedPointer>
+#include <QString>
+
+#include <chrono>
+
+class QIODevice;
+class QNetworkAccessManager;
+class QNetworkReply;
+class QNetworkRequest;
+
+namespace ts {
+
+class RequestPrivate;
+
+/**
+ * One HTTP exchange, from the moment it is made until its answer has arrived or failed.
+ *
+ * Ownership: belongs to its parent, and deletes itself once finished() has been delivered. Destroying it
+ * earlier aborts the exchange without a signal. The data sink belongs to the caller, has to be open for
+ * writing, and may go away at any time: the exchange then ends with an error. Threads: lives on the thread of
+ * its access manager; all signals come there. Signals: finished() comes exactly once and always from the
+ * event loop, never from a constructor or a setter. Errors: no connection, a time-out, a body that is too
+ * large or ends too early, a sink that does not take all bytes and an HTTP status of 400 or above all set
+ * error() and errorString(); a request with an error is never isOk(). It does not retry. Redirects are
+ * followed only to the same or a safer scheme, and headers that carry credentials do not go along to another
+ * origin.
+ */
+class TAMSEL_EXPORT Request : public QObject
+{
+    Q_OBJECT
+
+public:
+    ~Request() override;
+
+    /** Whether failures of this exchange are kept out of the log; false at first. The caller then reports
+     * them. */
+    void setSuppressErrors(bool suppress);
+
+    /**
+     * Where the body goes as it arrives, if the status is between 200 and 299. Without a sink, and for every
+     * other status, the body is kept in memory for rawResponse(). To be set before the event loop runs.
+     */
+    void setDataSink(QIODevice *sink);
+    QIODevice *dataSink() const;
+
+    /** The longest time without a byte from the server before the exchange fails; 30 seconds at first. */
+    void setTransferTimeout(std::chrono::milliseconds timeout);
+
+    /** The largest body accepted, in bytes after decompression; 2 GiB less one byte at first. */
+    void setMaximumBodySize(qint64 bytes);
+
+    /** True if the exchange has ended without error and with the HTTP status \a code. */
+    bool isOk(int code) const;
+
+    /** The HTTP status; 0 as long as there is none. */
+    int responseCode() const;
+
+    /** A QNetworkReply::NetworkError as a number; 0 is no error. */
+    int error() const;
+
+    /** The error for people; empty without one. */
+    QString errorString() const;
+
+    /** The body, unless it went to the data sink. */
+    QByteArray rawResponse() const;
+
+    /** MD5 digest (16 bytes) of the body that has been received, wherever it went. */
+    QByteArray hash() const;
+
+    /** The reply, for its headers. Owned by this object; null if no exchange could be started. */
+    QNetworkReply *reply() const;
+
+Q_SIGNALS:
+    void finished();
+
+protected:
+    /** A GET of \a request through \a manager; fails from the event loop if \a manager is null or goes away.
+     */
+    Request(const QNetworkRequest &request, QNetworkAccessManager *manager, QObject *parent);
+
+private:
+    friend class RequestPrivate;
+    QScopedPointer<RequestPrivate> d;
+};
+
+} // namespace ts

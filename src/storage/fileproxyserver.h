@@ -1,0 +1,67 @@
+#pragma once
+
+#include "tamselpackagemanager_export.h"
+
+#include <QScopedPointer>
+#include <QSharedPointer>
+#include <QTcpServer>
+#include <QUrl>
+
+namespace ts::pm {
+
+class FileProxyServerPrivate;
+class IFileProxy;
+
+/**
+ * Serves files that may not be local yet over loopback HTTP, so that any reader of URLs can open them.
+ *
+ * A provider is installed under a random key and gets URLs of the form "http://localhost:PORT/KEY/PATH". A
+ * GET or HEAD of such a URL is passed to the provider, which answers when it has the file. Two methods, no
+ * ranges, no chunks, no request bodies; a connection stays open until the client closes it or breaks the
+ * protocol.
+ *
+ * Ownership: shared, see defaultServer(). Providers are not owned.
+ * Threads: everything on the thread that made the server.
+ * Errors: a server that cannot listen has port 0 and is never reached. Clients get 400 for a request that
+ * cannot be read, 404 for an unknown key, 405 for another method, and otherwise the code of the provider.
+ */
+class TAMSELPACKAGEMANAGER_EXPORT FileProxyServer : public QTcpServer
+{
+    Q_OBJECT
+
+public:
+    explicit FileProxyServer(QObject *parent = nullptr);
+    ~FileProxyServer() override;
+
+    /**
+     * The server of this process, which lives for as long as somebody holds it; the first caller after that
+     * gets a new one, on another port.
+     */
+    static QSharedPointer<FileProxyServer> defaultServer();
+
+    /** Adds a provider and returns its key, 11 characters of the base64 alphabet for URLs. */
+    QString install(IFileProxy *proxy);
+
+    /** Removes a provider. Connections that wait for it stay open without an answer. */
+    void uninstall(const QString &key);
+
+    /** The absolute URL of \a url below \a key; empty for an unknown key. */
+    QUrl fileUrl(const QString &key, const QUrl &url) const;
+
+    /**
+     * Answers every connection that waits for \a url below \a key: with the file \a path if \a code is 200,
+     * otherwise with the code alone.
+     */
+    void resolveFile(const QString &key, const QUrl &url, int code, const QString &path);
+
+private Q_SLOTS:
+    void handleConnection();
+    void closeConnection();
+    void requestFile(QUrl file); // NOLINT(performance-unnecessary-value-param): the signature of the signal
+
+private:
+    friend class FileProxyServerPrivate;
+    QScopedPointer<FileProxyServerPrivate> d;
+};
+
+} // namespace ts::pm
