@@ -37,12 +37,15 @@ public:
      *
      * Returns 0 if the file is in the store; 1 if the target was not open, which is the case after the first
      * commit; 2 if the digest is another one; 3, 4 or 5 if the file could not be opened, written or
-     * committed. Codes from 2 on are logged in "tamsel.package.filestore", and nothing is left behind on
-     * disk.
+     * committed. A full disk is a 4 or, if only the last bytes did not fit, a 5. Codes from 2 on are logged
+     * in "tamsel.package.filestore", and nothing is left behind on disk.
      */
     [[nodiscard]] int commit();
 
 private:
+    bool matchesId() const;
+    int save() const;
+
     QString id;
     QString path;
     QByteArray content;

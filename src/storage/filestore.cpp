@@ -1,0 +1,116 @@
+#include "storage/filestore.h"
+#include "storage/filestore_p.h"
+
+#include "storage/filestoretarget.h"
+
+#include <Tamsel/Locations>
+
+#include <QFile>
+
+#include <algorithm>
+
+namespace ts::pm {
+
+namespace {
+
+constexpr int shortestId = 8;
+constexpr int longestId = 128;
+constexpr int shardCount = 256;
+
+bool isHexDigit(QChar character)
+{
+    const ushort code = character.unicode();
+    return (code >= '0' && code <= '9') || (code >= 'a' && code <= 'f') || (code >= 'A' && code <= 'F');
+}
+
+QString shardName(int number)
+{
+    return QStringLiteral("%1").arg(number, 2, 16, QLatin1Char('0'));
+}
+
+// Another process may be making the same directories at this moment.
+bool ensureShard(const QDir &files, const QString &name)
+{
+    return files.exists(name) || files.mkdir(name) || files.exists(name);
+}
+
+} // namespace
+
+QDir _storeDir()
+{
+    return QDir(Locations::dataLocation().absoluteFilePath(QStringLiteral("packages")));
+}
+
+FileStorePrivate::FileStorePrivate(FileStore *q, const QDir &storeDir)
+    : q(q)
+    , storeDir(storeDir)
+{
+}
+
+// Makes all directories up front, so that no later write has to, and a store that cannot be written shows at
+// once: the application does not go on without one.
+void FileStorePrivate::initStore()
+{
+    const QDir files(storeDir.absoluteFilePath(QStringLiteral("files")));
+    const QString path = files.absolutePath();
+    if (!files.exists() && !files.mkpath(path))
+        qFatal("Failed to access writable location %s", qPrintable(path));
+    for (int i = 0; i < shardCount; ++i) {
+        const QString name = shardName(i);
+        if (!ensureShard(files, name))
+            qFatal("Failed to access writable location %s/%s", qPrintable(path), qPrintable(name));
+    }
+}
+
+FileStore::FileStore()
+    : d(new FileStorePrivate(this, _storeDir()))
+{
+    d->initStore();
+}
+
+FileStore::~FileStore() = default;
+
+QSharedPointer<FileStore> FileStore::defaultStore()
+{
+    static QWeakPointer<FileStore> current;
+    QSharedPointer<FileStore> store = current.toStrongRef();
+    if (!store) {
+        store.reset(new FileStore);
+        current = store;
+    }
+    return store;
+}
+
+bool FileStore::isValidId(const QString &id) const
+{
+    return id.size() >= shortestId && id.size() <= longestId && std::all_of(id.begin(), id.end(), isHexDigit);
+}
+
+QString FileStore::pathForId(const QString &id) const
+{
+    if (!isValidId(id))
+        return QString();
+    const QString name = id.toLower();
+    return d->storeDir.absoluteFilePath(QLatin1String("files/") + name.leftRef(2) + QLatin1Char('/')
+                                        + name.midRef(2));
+}
+
+bool FileStore::contains(const QString &id) const
+{
+    const QString path = pathForId(id);
+    return !path.isEmpty() && QFile::exists(path);
+}
+
+FileStoreTarget *FileStore::getTarget(const QString &id, QCryptographicHash::Algorithm algorithm)
+{
+    if (!isValidId(id))
+        return nullptr;
+    auto *target = new FileStoreTarget(this, id, algorithm);
+    if (!target->open(QIODevice::WriteOnly)) {
+        target->deleteLater();
+        return nullptr;
+    }
+    return target;
+}
+
+} // namespace ts::pm

@@ -1,0 +1,83 @@
+#include "storage/filestoretarget.h"
+
+#include "logging_p.h"
+#include "storage/digest_p.h"
+#include "storage/filestore.h"
+#include "storage/savefile_p.h"
+
+#include <QFile>
+#include <QSaveFile>
+
+namespace ts::pm {
+
+namespace {
+
+enum CommitResult {
+    Stored = 0,
+    NotOpen = 1,
+    ChecksumMismatch = 2,
+    OpenFailed = 3,
+    WriteFailed = 4,
+    CommitFailed = 5,
+};
+
+} // namespace
+
+FileStoreTarget::FileStoreTarget(FileStore *store, const QString &id, QCryptographicHash::Algorithm algorithm)
+    : id(id)
+    , path(store->pathForId(id))
+    , algorithm(algorithm)
+{
+    setBuffer(&content);
+}
+
+FileStoreTarget::~FileStoreTarget() = default;
+
+bool FileStoreTarget::open()
+{
+    return QBuffer::open(QIODevice::WriteOnly);
+}
+
+int FileStoreTarget::commit()
+{
+    if (!isOpen())
+        return NotOpen;
+    close();
+    // Taken as good unseen, which also makes two downloads of one file at the same time harmless.
+    if (QFile::exists(path))
+        return Stored;
+    if (!matchesId()) {
+        qCCritical(lcPackageFileStore) << "Checksum verification of file ID" << id << "failed";
+        return ChecksumMismatch;
+    }
+    return save();
+}
+
+// An id of odd length is no digest, although fromHex() would make one of it, with a zero in front.
+bool FileStoreTarget::matchesId() const
+{
+    return id.size() % 2 == 0 && digest(content, algorithm) == QByteArray::fromHex(id.toLatin1());
+}
+
+int FileStoreTarget::save() const
+{
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        qCCritical(lcPackageFileStore)
+            << "Failed to open storage file for ID" << id << file.errorString() << file.error();
+        return OpenFailed;
+    }
+    if (file.write(content) != content.size()) {
+        qCCritical(lcPackageFileStore)
+            << "Failed to write data to target file for ID" << id << file.errorString() << file.error();
+        return WriteFailed;
+    }
+    if (!commitFlushed(file)) {
+        qCCritical(lcPackageFileStore)
+            << "Failed to commit target file for ID" << id << file.errorString() << file.error();
+        return CommitFailed;
+    }
+    return Stored;
+}
+
+} // namespace ts::pm
