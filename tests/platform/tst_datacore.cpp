@@ -1,0 +1,181 @@
+#include "support/literals.h"
+
+#include <TamselDataCore/Context>
+#include <TamselDataCore/DataField>
+#include <TamselDataCore/LinkedDocument>
+#include <TamselDataCore/Loader>
+#include <TamselDataCore/ReferenceType>
+
+#include <QtTest>
+
+using namespace ts::data;
+using namespace ts::pm::test;
+
+namespace {
+
+QStringList history; // what loaders and reference types have been asked
+
+class TestLoader : public Loader
+{
+    Q_OBJECT
+
+public:
+    TestLoader(const QString &name, int priority, Context *context, bool deliversAtOnce = false)
+        : Loader(priority, context)
+        , deliversAtOnce(deliversAtOnce)
+    {
+        setObjectName(name);
+    }
+
+    bool tryLoad(const QString &id) override
+    {
+        history << objectName() + " "_s + id;
+        if (deliversAtOnce)
+            deliver(id, 1);
+        return id.startsWith(objectName().at(0));
+    }
+
+    void deliver(const QString &id, int revision) { loaded(id, {{"rev"_s, revision}}); }
+
+private:
+    const bool deliversAtOnce;
+};
+
+class Bird : public QObject
+{
+    Q_OBJECT
+};
+
+Bird *knownBird = nullptr;
+
+struct BirdType
+{
+    static int typeId() { return 7; }
+    static bool isLegacyReference() { return false; }
+    static QByteArray identifier(Bird *bird) { return bird->objectName().toUtf8(); }
+    static bool canReference(LinkedDocument *, const QByteArray &id) { return id != "cuckoo"; }
+    static void attachReference(LinkedDocument *, const QByteArray &id) { note("attach", id); }
+    static void createReference(LinkedDocument *, Bird *bird) { note("create", identifier(bird)); }
+    static void deleteReference(LinkedDocument *, Bird *bird) { note("delete", identifier(bird)); }
+    static Bird *getReference(const LinkedDocument *, const QByteArray &id)
+    {
+        return knownBird && identifier(knownBird) == id ? knownBird : nullptr;
+    }
+    static void note(const char *what, const QByteArray &id)
+    {
+        history << QString::fromLatin1(what) + " "_s + QString::fromUtf8(id);
+    }
+};
+
+} // namespace
+
+class tst_DataCore : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase() { registerReferenceType<BirdType>(); }
+    void init() { history.clear(); }
+
+    void asksLoadersInOrder()
+    {
+        Context context(QUrl("http://localhost:5984"_s), "trees"_s);
+        new TestLoader("low"_s, 1, &context);
+        auto *quick = new TestLoader("quick"_s, 2, &context, true);
+        auto *second = new TestLoader("later"_s, 2, &context);
+        QVERIFY(!context.openDocument(QString()));
+        LinkedDocument *quickDocument = context.openDocument("q1"_s);
+        QVERIFY(quickDocument->isLoaded());
+        QCOMPARE(history, QStringList("quick q1"_s));
+        quick->deleteLater();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+
+        LinkedDocument *document = context.openDocument("l1"_s);
+        QCOMPARE(context.openDocument("l1"_s), document);
+        QCOMPARE(history.mid(1), QStringList("later l1"_s));
+        QVERIFY(!document->isLoaded() && !context.loadedDocument("l1"_s));
+        delete second; // before it has delivered: the other one takes over
+        QTRY_COMPARE(history.mid(2), QStringList("low l1"_s));
+
+        LinkedDocument *orphan = context.openDocument("x1"_s);
+        TestLoader late("x"_s, 0, &context);
+        QSignalSpy loaded(orphan, &LinkedDocument::loaded);
+        QTRY_COMPARE(history.constLast(), "x x1"_s);
+        late.deliver("unopened"_s, 1);
+        late.deliver("x1"_s, 1);
+        late.deliver("x1"_s, 2);
+        QCOMPARE(loaded.count(), 1);
+        QCOMPARE(context.loadedDocument("x1"_s), orphan);
+        QCOMPARE(orphan->getStructValue(QString(), "rev"_s), QJsonValue(2));
+    }
+
+    void survivesAnyOrderOfDestruction()
+    {
+        TestLoader standalone("s"_s, 0, nullptr);
+        standalone.deliver("s1"_s, 1);
+        auto context = std::make_unique<Context>(QUrl(), QString());
+        auto *loader = new TestLoader("d"_s, 0, context.get());
+        connect(context->openDocument("d1"_s), &LinkedDocument::loaded, this, [this] { delete sender(); });
+        loader->deliver("d1"_s, 1);
+        QVERIFY(!context->loadedDocument("d1"_s));
+        QVERIFY(context->openDocument("d1"_s));
+        QCOMPARE(history, (QStringList{"d d1"_s, "d d1"_s}));
+        auto *moved = new TestLoader("m"_s, 0, context.get());
+        moved->setParent(this);
+        context.reset();
+        moved->deliver("d1"_s, 1);
+        delete moved;
+    }
+
+    void storesStructValues()
+    {
+        LinkedDocument document("id"_s);
+        document.setData({{"a"_s, 1}, {"o"_s, QJsonObject{{"b"_s, true}}}});
+        QSignalSpy changed(&document, &LinkedDocument::dataChanged);
+        document.setStructValue("o"_s, "b"_s, true);
+        document.setStructValue("p/q"_s, "none"_s, QJsonValue::Undefined);
+        QCOMPARE(changed.count(), 0);
+        document.setStructValue("a/c"_s, "d/e"_s, "x"_s);
+        document.setStructValue("o"_s, "b"_s, QJsonValue::Undefined);
+        QCOMPARE(changed.count(), 2);
+        QCOMPARE(QJsonDocument(document.data()).toJson(QJsonDocument::Compact),
+                 QByteArray(R"({"a":{"c":{"d/e":"x"}},"o":{}})"));
+        QCOMPARE(document.getStructValue("a/c"_s, "d/e"_s), QJsonValue("x"_s));
+        QVERIFY(document.getStructValue("a/x"_s, "y"_s).isUndefined());
+
+        DataField field;
+        field.setName("n"_s);
+        field.write(&document, "o"_s, 5);
+        QCOMPARE(field.read(&document, "o"_s), QVariant(5.0));
+        field.write(&document, "o"_s, QVariant());
+        QVERIFY(!field.read(&document, "o"_s).isValid() && !field.read(nullptr, "o"_s).isValid());
+    }
+
+    void linksToObjects()
+    {
+        LinkedDocument document("id"_s);
+        Bird bird;
+        knownBird = &bird;
+        bird.setObjectName(QString::fromUtf8("gr\xc3\xbcner/specht: %"));
+        const QString text = document.encodeReference(&bird);
+        QCOMPARE(text, "ref:7:gr%C3%BCner%2Fspecht%3A%20%25"_s);
+        QCOMPARE(document.decodeReference(text), &bird);
+        document.setStructValue("nest"_s, "egg"_s, text);
+        document.setStructValue("nest"_s, "egg"_s, QJsonValue::Undefined);
+        document.setData(
+            {{"list"_s, QJsonArray{"ref:7:owl"_s, "ref:7:cuckoo"_s, QJsonObject{{"k"_s, text}}}}});
+        QCOMPARE(history, (QStringList{"create "_s + bird.objectName(), "delete "_s + bird.objectName(),
+                                       "attach owl"_s, "attach "_s + bird.objectName()}));
+        const char *noLinks[] = {
+            "", "ref:", "ref:7", "ref:7:", "ref:8:owl", "ref:x:owl", "7:owl", "ref:7:owl"};
+        for (const char *noLink : noLinks)
+            QVERIFY2(!document.decodeReference(QString::fromLatin1(noLink)), noLink);
+        bird.setObjectName("cuckoo"_s);
+        QVERIFY(document.encodeReference(&bird).isEmpty() && document.encodeReference(nullptr).isEmpty()
+                && document.encodeReference(this).isEmpty());
+        knownBird = nullptr;
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_DataCore)
+#include "tst_datacore.moc"
