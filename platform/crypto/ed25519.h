@@ -26,7 +26,10 @@ public:
     /** From a PEM block "PUBLIC KEY" that holds what fromDER() reads; text around the block is ignored. */
     static PublicKey fromPEM(const QByteArray &pem);
 
-    /** From the 44 bytes of a SubjectPublicKeyInfo for Ed25519, and from nothing else. */
+    /**
+     * From the 44 bytes of a SubjectPublicKeyInfo for Ed25519, and from nothing else. Bytes that are no point
+     * of the curve, or one of small order, under which anybody can sign, are no key.
+     */
     static PublicKey fromDER(const QByteArray &der);
 
     explicit operator bool() const;

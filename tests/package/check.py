@@ -14,7 +14,7 @@ import sys
 HERE = pathlib.Path(__file__).resolve().parent
 CONSUMER = HERE / "consumer"
 
-LIBRARIES = ("TamselPackageManager", "Tamsel", "TamselDataCore", "TamselUtil")
+LIBRARIES = ("TamselPackageManager", "Tamsel", "TamselCrypto", "TamselDataCore", "TamselUtil")
 ROOMS = ("repository", "index", "storage", "presentation", "server", "database")
 
 CATALOGUE = {

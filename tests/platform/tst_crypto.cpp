@@ -1,0 +1,217 @@
+#include <TamselCrypto/JsonSignature>
+#include <TamselCrypto/PrivateKey>
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtTest>
+
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <random>
+
+using namespace ts::crypto;
+using namespace ts::crypto::ed25519;
+
+namespace {
+
+QByteArray hex(const char *digits)
+{
+    return QByteArray::fromHex(digits);
+}
+
+QByteArray pem(const char *label, const QByteArray &der)
+{
+    return QByteArray("-----BEGIN ") + label + "-----\n" + der.toBase64() + "\n-----END " + label + "-----\n";
+}
+
+const QByteArray publicPrefix = hex("302a300506032b6570032100");
+const QByteArray privatePrefix = hex("302e020100300506032b657004220420");
+const QByteArray seed = hex("9d61b19deffd5a60ba844af492ec2cc44449c5697b326919703bac031cae7f60");
+const QByteArray publicBytes = hex("d75a980182b10ab7d54bfed3c964073a0ee172f3daa62325af021a68f707511a");
+const QByteArray publicDer = publicPrefix + publicBytes;
+
+QByteArray canonical(const QByteArray &text)
+{
+    return JsonSignature::toByteArray(QJsonDocument::fromJson(text).object());
+}
+
+QByteArray canonicalByNode(const QByteArray &lines)
+{
+    QProcess node;
+    node.start(QStringLiteral("node"), {QFINDTESTDATA("canonicaljson.js")});
+    node.write(lines);
+    node.closeWriteChannel();
+    node.waitForFinished();
+    return node.readAllStandardOutput();
+}
+
+QJsonObject nested(int depth)
+{
+    QJsonObject object;
+    for (int i = 1; i < depth; ++i)
+        object = QJsonObject{{QStringLiteral("a"), object}};
+    return object;
+}
+
+} // namespace
+
+class tst_Crypto : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void knownSignatures_data()
+    {
+        QTest::addColumn<QByteArray>("secret");
+        QTest::addColumn<QByteArray>("publicKey");
+        QTest::addColumn<QByteArray>("message");
+        QTest::addColumn<QByteArray>("signature");
+        QTest::newRow("empty message")
+            << seed << publicBytes << QByteArray()
+            << hex("e5564300c360ac729086e2cc806e828a84877f1eb8e5d974d873e06522490155"
+                   "5fb8821590a33bacc61e39701cf9b46bd25bf5f0595bbe24655141438e7a100b");
+        QTest::newRow("two bytes") << hex("c5aa8df43f9f837bedb7442f31dcb7b166d38535076f094b85ce3a2e0b4458f7")
+                                   << hex("fc51cd8e6218a1a38da47ed00230f0580816ed13ba3303ac5deb911548908025")
+                                   << hex("af82")
+                                   << hex("6291d657deec24024827e69c3abe01a30ce548a284743a445e3680d7db5ac3ac"
+                                          "18ff9b538d16f290ae67f760984dc6594a7c15e9716ed28dc027beceea1ec40a");
+    }
+
+    void knownSignatures()
+    {
+        QFETCH(QByteArray, secret);
+        QFETCH(QByteArray, publicKey);
+        QFETCH(QByteArray, message);
+        QFETCH(QByteArray, signature);
+        const auto secretKey = PrivateKey::fromPEM(pem("PRIVATE KEY", privatePrefix + secret));
+        QVERIFY(bool(secretKey));
+        QCOMPARE(secretKey.publicKey().toDER(), publicPrefix + publicKey);
+        QCOMPARE(secretKey.sign(message), signature);
+        const auto key = PublicKey::fromDER(publicPrefix + publicKey);
+        QVERIFY(key.verify(signature, message));
+        QVERIFY(!key.verify(signature, message + 'x'));
+        QVERIFY(!key.verify(signature.chopped(1), message) && !key.verify(signature + '\0', message));
+        for (int bit = 0; bit < SignatureSize * 8; bit += 37) {
+            QByteArray forged = signature;
+            forged[bit / 8] = char(forged.at(bit / 8) ^ (1 << bit % 8));
+            QVERIFY(!key.verify(forged, message));
+        }
+        QVERIFY(!PublicKey().verify(signature, message) && PrivateKey().sign(message).isEmpty());
+    }
+
+    void generatedKeysSurviveTheirText()
+    {
+        const auto secret = PrivateKey::generate();
+        const auto copy = PrivateKey::fromPEM(secret.toPEM());
+        QVERIFY(PublicKey::fromPEM(secret.publicKey().toPEM()).verify(copy.sign("owl"), "owl"));
+        QVERIFY(secret.toPEM() != PrivateKey::generate().toPEM());
+        QCOMPARE(PublicKey::fromDER(publicDer).toPEM(), pem("PUBLIC KEY", publicDer));
+        QCOMPARE(PublicKey::fromDER(publicDer).toPEM().size(), 113);
+    }
+
+    void keyTexts_data()
+    {
+        QTest::addColumn<QByteArray>("text");
+        QTest::addColumn<bool>("usable");
+        const QByteArray good = pem("PUBLIC KEY", publicDer);
+        const auto edited = [&good](const char *before, const char *after) {
+            return QByteArray(good).replace(before, after);
+        };
+        QTest::newRow("plain") << good << true;
+        QTest::newRow("text around") << "Issued to: us\n" + good + "that is all" << true;
+        QTest::newRow("carriage returns") << edited("\n", "\r\n") << true;
+        QTest::newRow("several lines") << QByteArray(good).insert(60, '\n') << true;
+        QTest::newRow("no last line break") << good.chopped(1) << true;
+        QTest::newRow("empty") << QByteArray() << false;
+        QTest::newRow("no end") << edited("-----END", "") << false;
+        QTest::newRow("other label") << pem("PRIVATE KEY", publicDer) << false;
+        QTest::newRow("indented") << ' ' + good << false;
+        QTest::newRow("text behind the marker") << edited("KEY-----\nM", "KEY----- x\nM") << false;
+        QTest::newRow("blank inside") << QByteArray(good).insert(60, ' ') << false;
+        QTest::newRow("NUL inside") << QByteArray(good).insert(60, '\0') << false;
+        QTest::newRow("header inside") << edited("KEY-----\nM", "KEY-----\nA: b\n\nM") << false;
+        QTest::newRow("URL alphabet") << good.left(27) + publicDer.toBase64(QByteArray::Base64UrlEncoding)
+                                             + "-\n-----END PUBLIC KEY-----\n"
+                                      << false;
+        QTest::newRow("no padding") << edited("=\n", "\n") << false;
+        QTest::newRow("stray last bits") << edited("Ro=\n", "Rp=\n") << false;
+        QTest::newRow("a byte short") << pem("PUBLIC KEY", publicDer.chopped(1)) << false;
+        QTest::newRow("a byte long") << pem("PUBLIC KEY", publicDer + '\0') << false;
+        QTest::newRow("bare key") << pem("PUBLIC KEY", publicBytes) << false;
+        QTest::newRow("other algorithm")
+            << pem("PUBLIC KEY", QByteArray(publicDer).replace(8, 1, "\x6e")) << false;
+        QTest::newRow("order one") << pem("PUBLIC KEY", publicPrefix + '\1' + QByteArray(31, '\0')) << false;
+        QTest::newRow("no point") << pem("PUBLIC KEY", publicPrefix + '\2' + QByteArray(31, '\0')) << false;
+    }
+
+    void keyTexts()
+    {
+        QFETCH(QByteArray, text);
+        QTEST(bool(PublicKey::fromPEM(text)), "usable");
+        QCOMPARE(PublicKey::fromPEM(text).toDER(), PublicKey::fromPEM(text) ? publicDer : QByteArray());
+    }
+
+    void canonicalForm()
+    {
+        QFile corpus(QFINDTESTDATA("canonicaljson.txt"));
+        QVERIFY(corpus.open(QIODevice::ReadOnly));
+        int cases = 0;
+        QByteArray inputs;
+        QByteArray outputs;
+        for (; !corpus.atEnd(); ++cases) {
+            const QByteArray input = corpus.readLine();
+            const QByteArray output = corpus.readLine();
+            QCOMPARE(canonical(input) + '\n', output);
+            QCOMPARE(canonical(output) + '\n', output);
+            inputs += input;
+            outputs += output;
+        }
+        QCOMPARE(cases, 10);
+        if (!QStandardPaths::findExecutable(QStringLiteral("node")).isEmpty())
+            QCOMPARE(canonicalByNode(inputs), outputs);
+    }
+
+    void randomNumbersAgreeWithNode()
+    {
+        if (QStandardPaths::findExecutable(QStringLiteral("node")).isEmpty())
+            QSKIP("needs Node.js");
+        std::mt19937_64 random(2026); // NOLINT(cert-msc51-cpp): the same numbers in every run
+        QByteArray lines;
+        QByteArray results;
+        while (lines.size() < 500000) {
+            const quint64 bits = random();
+            double number = 0;
+            std::memcpy(&number, &bits, sizeof number);
+            if (bits % 2)
+                number = std::ldexp(double(bits >> 11), int(bits % 120) - 100);
+            if (!std::isfinite(number))
+                continue;
+            lines += "{\"n\":" + QByteArray::number(number, 'g', 17) + "}\n";
+            results += JsonSignature::toByteArray({{QStringLiteral("n"), number}}) + '\n';
+        }
+        QCOMPARE(results, canonicalByNode(lines));
+    }
+
+    void whatHasNoCanonicalForm()
+    {
+        const QString n = QStringLiteral("n");
+        const auto form = [&n](const QJsonValue &value) { return JsonSignature::toByteArray({{n, value}}); };
+        QVERIFY(form(std::numeric_limits<double>::infinity()).isNull());
+        QVERIFY(form(std::numeric_limits<double>::quiet_NaN()).isNull());
+        const QChar high(0xd83d);
+        const QChar low(0xde00);
+        for (const QString &text : {QString(high), QString(low), QString(low) + high, high + n, n + high}) {
+            QVERIFY(form(text).isNull());
+            QVERIFY(form(QJsonArray{text}).isNull());
+            QVERIFY(JsonSignature::toByteArray({{text, 1}}).isNull());
+        }
+        QCOMPARE(JsonSignature::toByteArray(nested(1536)).size(), 1535 * 6 + 2);
+        QVERIFY(JsonSignature::toByteArray(nested(1537)).isNull());
+        QCOMPARE(form(QString(400000, QChar(1))).size(), 400000 * 6 + 8);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_Crypto)
+#include "tst_crypto.moc"
