@@ -1,0 +1,130 @@
+#include "storage/downloadinstaller.h"
+#include "storage/downloadinstaller_p.h"
+
+#include "storage/filestore.h"
+#include "storage/filestoretarget.h"
+
+#include <Tamsel/Request>
+
+#include <QVariant>
+
+namespace ts::pm {
+
+namespace {
+
+constexpr char numberProperty[] = "id";
+constexpr int httpOk = 200;
+
+QList<InstallError> installFiles(const FileStore &store, const InstallLocation &location,
+                                 const QMap<QString, QString> &files, int errorCode)
+{
+    QList<InstallError> errors;
+    for (auto file = files.begin(); file != files.end(); ++file) {
+        if (!location.installFile(store.pathForId(file.value()), file.key()))
+            errors.append(
+                {errorCode, QStringLiteral("Failed to install file %1 (%2)").arg(file.key(), file.value())});
+    }
+    return errors;
+}
+
+} // namespace
+
+DownloadInstallerPrivate::DownloadInstallerPrivate(const QSharedPointer<FileStore> &store,
+                                                   QCryptographicHash::Algorithm algorithm, int firstCode)
+    : store(store)
+    , algorithm(algorithm)
+    , downloadError(firstCode)
+    , commitError(firstCode + 1)
+    , installError(firstCode + 2)
+{
+}
+
+// Texts are filled in one step: an escape in a URL, such as "%2F", must not pass for a place marker.
+QString DownloadInstaller::Download::downloadMessage() const
+{
+    return QStringLiteral("Download of %1 failed with code %2, error %3")
+        .arg(url.toString(), QString::number(responseCode), QString::number(error));
+}
+
+QString DownloadInstaller::Download::commitMessage(int result) const
+{
+    return QStringLiteral("Commit of file %1 (%2) failed (code %3)")
+        .arg(fileId, url.toString(), QString::number(result));
+}
+
+DownloadInstaller::DownloadInstaller(const QSharedPointer<FileStore> &store,
+                                     QCryptographicHash::Algorithm algorithm, int firstCode,
+                                     const InstallLocation &location)
+    : PackageInstaller(location)
+    , d(new DownloadInstallerPrivate(store, algorithm, firstCode))
+{
+}
+
+DownloadInstaller::~DownloadInstaller() = default;
+
+bool DownloadInstaller::addFile(const QString &path, const QString &fileId)
+{
+    d->files.insert(path, fileId);
+    return !d->store->contains(fileId);
+}
+
+void DownloadInstaller::download(int number, const QUrl &url, const QString &fileId, Request *request)
+{
+    FileStoreTarget *target = d->store->getTarget(fileId, d->algorithm);
+    d->downloads.insert(number, {url, fileId, target ? request : nullptr, target});
+    if (!target) {
+        delete request;
+        return;
+    }
+    target->setParent(this);
+    request->setParent(this);
+    request->setDataSink(target);
+    request->setSuppressErrors(true);
+    request->setProperty(numberProperty, number);
+    connect(request, &Request::finished, this, &DownloadInstaller::downloadFinished);
+    ++d->pending;
+}
+
+void DownloadInstaller::start()
+{
+    if (d->pending > 0)
+        return;
+    commit();
+    install();
+}
+
+void DownloadInstaller::downloadFinished()
+{
+    Download &download = d->downloads[sender()->property(numberProperty).toInt()];
+    download.responseCode = download.request->responseCode();
+    download.error = download.request->error();
+    download.success = download.request->isOk(httpOk);
+    download.request = nullptr;
+    if (--d->pending > 0)
+        return;
+    commit();
+    install();
+}
+
+// Nothing enters the store before the last download has ended.
+void DownloadInstaller::commit()
+{
+    for (Download &download : d->downloads) {
+        if (!download.success)
+            addErrors({{d->downloadError, download.downloadMessage()}});
+        else if (const int result = download.target->commit())
+            addErrors({{d->commitError, download.commitMessage(result)}});
+        if (download.target)
+            download.target->deleteLater();
+        download.target = nullptr;
+    }
+}
+
+void DownloadInstaller::install()
+{
+    startWorker([store = d->store, location = location(), files = d->files, code = d->installError] {
+        return installFiles(*store, location, files, code);
+    });
+}
+
+} // namespace ts::pm
