@@ -125,3 +125,9 @@ private:
 };
 
 } // namespace ts::pm
+
+Q_DECLARE_TYPEINFO(ts::pm::Utf8String, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(ts::pm::IssuerEntry, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(ts::pm::KeywordEntry, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(ts::pm::PackageEntry, Q_MOVABLE_TYPE);
+Q_DECLARE_TYPEINFO(ts::pm::LinkEntry, Q_PRIMITIVE_TYPE);

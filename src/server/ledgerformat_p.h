@@ -1,0 +1,29 @@
+#pragma once
+
+// The numbers of the ledger format; docs/ledger-format.md tells the whole of it.
+namespace ts::pm::ledgerformat {
+
+constexpr char Magic[] = "ldgr";
+constexpr int MajorVersion = 1;
+constexpr int MinorVersion = 0;
+
+constexpr char IssuerTag[] = ".iss";
+constexpr char KeywordTag[] = ".kwd";
+constexpr char PackageTag[] = ".pkg";
+constexpr char LinkTag[] = ".lnk";
+
+// In bytes.
+constexpr int TagSize = 4;
+constexpr int HeaderSize = 38;
+constexpr int SectionHeadSize = 8; ///< tag and size, not counted by the size
+constexpr int MinimumSize = 88;    ///< of a document with four empty sections
+constexpr int SignatureSize = 64;
+constexpr int DigestSize = 28;
+constexpr int LinkSize = 10;
+
+// The least that a whole record of the kind takes, with all its texts empty.
+constexpr int MinimumPackageSize = 74;
+constexpr int MinimumFileSize = 30;
+constexpr int MinimumStringSize = 2;
+
+} // namespace ts::pm::ledgerformat

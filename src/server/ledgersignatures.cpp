@@ -1,0 +1,148 @@
+#include "logging_p.h"
+#include "server/ledgerformat_p.h"
+#include "server/packagefiles_p.h"
+#include "server/packageledger.h"
+#include "server/rootkey_p.h"
+
+#include <TamselCrypto/JsonSignature>
+#include <TamselCrypto/PublicKey>
+
+#include <QAtomicInteger>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QtConcurrent>
+
+#include <algorithm>
+
+namespace ts::pm {
+
+namespace {
+
+using crypto::ed25519::PublicKey;
+using namespace ledgerformat;
+
+QByteArray rawView(const Utf8String &string)
+{
+    return QByteArray::fromRawData(string.data, string.length);
+}
+
+/** Whether the 64 bytes at \a signature, which a tolerant read may have left null, sign \a message. */
+bool isSignedBy(const PublicKey &key, const unsigned char *signature, const QByteArray &message)
+{
+    return signature
+           && key.verify(QByteArray::fromRawData(reinterpret_cast<const char *>(signature), SignatureSize),
+                         message);
+}
+
+QJsonObject signedManifest(const PackageEntry &package)
+{
+    QJsonObject manifest = QJsonDocument::fromJson(rawView(package.manifest)).object();
+    manifest.remove(QStringLiteral("type"));
+    return manifest;
+}
+
+QJsonObject signedFiles(const PackageEntry &package)
+{
+    QJsonObject files;
+    const QVector<PackageFile> signedFiles = packageFiles(package);
+    for (const PackageFile &file : signedFiles) {
+        const auto digest = QByteArray::fromRawData(reinterpret_cast<const char *>(file.digest), DigestSize);
+        files.insert(file.path, QString::fromLatin1(digest.toHex()));
+    }
+    return files;
+}
+
+/** What the issuer of a package signs; null if it has no canonical form. */
+QByteArray packageStatement(const PackageEntry &package, const QString &type)
+{
+    QJsonObject statement;
+    statement.insert(QStringLiteral("type"), type);
+    statement.insert(QStringLiteral("manifest"), signedManifest(package));
+    statement.insert(QStringLiteral("files"), signedFiles(package));
+    return crypto::JsonSignature::toByteArray(statement);
+}
+
+bool hasAllDigests(const PackageEntry &package)
+{
+    return std::find(package.files.cbegin(), package.files.cend(), nullptr) == package.files.cend();
+}
+
+/** Counts the packages whose signature is good; is copied for, and called from, several threads. */
+class PackageVerifier
+{
+public:
+    PackageVerifier(const QVector<Utf8String> &types, const QVector<PublicKey> &keys,
+                    QAtomicInteger<int> *good)
+        : types(types)
+        , keys(keys)
+        , good(good)
+    {
+    }
+
+    void operator()(const PackageEntry &package) const
+    {
+        if (isGood(package))
+            good->fetchAndAddRelaxed(1);
+    }
+
+private:
+    bool isGood(const PackageEntry &package) const
+    {
+        if (!hasAllDigests(package))
+            return false;
+        const QByteArray statement = packageStatement(package, types.at(package.typeIndex).toString());
+        return !statement.isNull() && isSignedBy(keys.at(package.issuerIndex), package.signature, statement);
+    }
+
+    QVector<Utf8String> types;
+    QVector<PublicKey> keys;
+    QAtomicInteger<int> *good;
+};
+
+void warnOfDevelopmentKey()
+{
+    if (!RootKeyIsForDevelopment)
+        return;
+    static const bool warned = [] {
+        qCWarning(lcLedger)
+            << "Ledgers are verified with the development root key, with which everybody can sign";
+        return true;
+    }();
+    Q_UNUSED(warned)
+}
+
+} // namespace
+
+bool PackageLedger::verifySignatures()
+{
+    const auto rootKey = PublicKey::fromPEM(QByteArray(RootKeyPem));
+    QVector<PublicKey> keys;
+    for (const IssuerEntry &issuer : qAsConst(issuers)) {
+        const QByteArray der = rawView(issuer.publicKey);
+        if (!isSignedBy(rootKey, issuer.signature, der)) {
+            qCCritical(lcLedger) << "Failed to verify issuer signature of" << issuer.name.toString()
+                                 << issuer.secondName.toString();
+            return false;
+        }
+        qCDebug(lcLedger) << "Issuer signature of" << issuer.name.toString() << issuer.secondName.toString()
+                          << "is valid";
+        const auto key = PublicKey::fromDER(der);
+        if (!key) {
+            qCCritical(lcLedger) << "Public key of" << issuer.name.toString() << issuer.secondName.toString()
+                                 << "is not valid";
+            return false;
+        }
+        keys.append(key);
+    }
+
+    QAtomicInteger<int> good(0);
+    // A full pool, or one of a single thread that this call runs on, is no matter: the calling thread works
+    // too.
+    QtConcurrent::blockingMap(packages.cbegin(), packages.cend(), PackageVerifier(types, keys, &good));
+    if (good.loadRelaxed() != packages.size())
+        return false;
+    warnOfDevelopmentKey();
+    return true;
+}
+
+} // namespace ts::pm
