@@ -91,7 +91,7 @@ public:
      * tag is there, and not after an error, which is logged and leaves the old file as it was. Blocks while
      * another thread or process reads or writes the directory.
      */
-    bool persist(const QDir &dir, const QString &name);
+    bool persist(const QDir &dir, const QString &name) const;
 
     bool valid = false;
     QByteArray etag;                        ///< as the server sent it
