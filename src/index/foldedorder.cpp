@@ -9,6 +9,7 @@ namespace ts::pm {
 namespace {
 
 constexpr int charactersInWord = 3;
+constexpr int wordsInPage = 8192;
 constexpr int bitsOfCharacter = 21; // a code point and one more, since 0 stands for the end of the text
 
 // What a code unit counts for in a comparison without regard to case: the second half of a surrogate pair
@@ -25,30 +26,43 @@ uint foldedUnit(QChar unit, QChar previous)
 
 } // namespace
 
-void FoldedOrder::reserve(int texts, qint64 characters)
+void FoldedOrder::reserve(int texts)
 {
     entries.reserve(texts);
-    words.reserve(size_t(texts + characters / charactersInWord));
 }
 
 void FoldedOrder::add(int group, const QStringRef &text)
 {
-    const auto begin = quint32(words.size());
+    quint64 *const words = room(text.size() / charactersInWord + 1);
+    quint64 *next = words;
     quint64 word = 0;
-    int room = charactersInWord;
+    int missing = charactersInWord;
     QChar previous;
     for (const QChar unit : text) {
         word = (word << bitsOfCharacter) | (foldedUnit(unit, previous) + 1);
         previous = unit;
-        if (--room == 0) {
-            words.push_back(word);
+        if (--missing == 0) {
+            *next++ = word;
             word = 0;
-            room = charactersInWord;
+            missing = charactersInWord;
         }
     }
-    if (room < charactersInWord)
-        words.push_back(word << (room * bitsOfCharacter));
-    entries.append({0, begin, quint32(words.size()), entries.size(), group});
+    if (missing < charactersInWord)
+        *next++ = word << (missing * bitsOfCharacter);
+    entries.append({0, words, quint32(next - words), entries.size(), group});
+    freeWords -= int(next - free);
+    free = next;
+}
+
+// Where that many words fit; they are taken by moving on.
+quint64 *FoldedOrder::room(int wordCount)
+{
+    if (wordCount > freeWords) {
+        freeWords = qMax(wordCount, wordsInPage);
+        pages.push_back(std::make_unique<quint64[]>(size_t(freeWords)));
+        free = pages.back().get();
+    }
+    return free;
 }
 
 QVector<int> FoldedOrder::sorted()
@@ -93,12 +107,12 @@ void FoldedOrder::sortByGroup()
 quint32 FoldedOrder::commonWords(const Range &range) const
 {
     const Entry &model = entries.at(range.first);
-    const quint64 *modelText = words.data() + model.begin + range.depth;
-    quint32 common = model.end - model.begin - range.depth;
+    const quint64 *modelText = model.words + range.depth;
+    quint32 common = model.length - range.depth;
     for (int i = range.first + 1; i < range.last && common > 0; ++i) {
         const Entry &entry = entries.at(i);
-        const quint64 *text = words.data() + entry.begin + range.depth;
-        common = qMin(common, entry.end - entry.begin - range.depth);
+        const quint64 *text = entry.words + range.depth;
+        common = qMin(common, entry.length - range.depth);
         common = quint32(std::mismatch(modelText, modelText + common, text).first - modelText);
     }
     return common;
@@ -108,8 +122,7 @@ void FoldedOrder::loadKeys(const Range &range)
 {
     for (int i = range.first; i < range.last; ++i) {
         Entry &entry = entries[i];
-        const quint32 position = entry.begin + range.depth;
-        entry.key = position < entry.end ? words[position] : 0;
+        entry.key = range.depth < entry.length ? entry.words[range.depth] : 0;
     }
 }
 

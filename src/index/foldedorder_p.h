@@ -5,6 +5,7 @@
 #include <QStringRef>
 #include <QVector>
 
+#include <memory>
 #include <vector>
 
 namespace ts::pm {
@@ -18,8 +19,8 @@ namespace ts::pm {
 class TAMSEL_TEST_EXPORT FoldedOrder
 {
 public:
-    /** Makes room for that many texts with so many characters in all. */
-    void reserve(int texts, qint64 characters);
+    /** Makes room for that many texts. */
+    void reserve(int texts);
 
     /** Adds the next text. Groups are ordered as numbers, which count from 0 without large gaps. */
     void add(int group, const QStringRef &text);
@@ -30,9 +31,9 @@ public:
 private:
     struct Entry
     {
-        quint64 key;   // the word of the text that is being compared
-        quint32 begin; // of the folded text in the words
-        quint32 end;
+        quint64 key; // the word of the text that is being compared
+        const quint64 *words;
+        quint32 length; // in words
         int number;
         int group;
     };
@@ -43,12 +44,17 @@ private:
         quint32 depth; // words that all texts of the range have in common
     };
 
+    quint64 *room(int wordCount);
     void sortByGroup();
     quint32 commonWords(const Range &range) const;
     void loadKeys(const Range &range);
     void pushEqualRuns(const Range &range);
 
-    std::vector<quint64> words; // of all texts, one after another, each with several folded characters
+    // The words of all texts, each with several folded characters. Pages stay where they are, and are small
+    // enough for the allocator to keep them at hand instead of asking the system for each.
+    std::vector<std::unique_ptr<quint64[]>> pages;
+    quint64 *free = nullptr; // in the last page
+    int freeWords = 0;
     QVector<Entry> entries;
     QVector<Range> unsorted;
 };

@@ -11,12 +11,16 @@
 #include <QSet>
 
 #include <algorithm>
+#include <array>
+#include <numeric>
 
 namespace ts::pm {
 
 namespace {
 
 constexpr double nanosecondsInMillisecond = 1000000.0;
+// More than a processor has memory accesses under way, few enough to stay in its cache.
+constexpr int linksInBlock = 64;
 
 template<typename Node>
 void applyOrder(QVector<Node *> &nodes, const QVector<int> &order)
@@ -57,6 +61,7 @@ void PackageIndexBuilder::build()
     for (int i = 0; i < accessorCount; ++i)
         buildGraph(i);
     connectNodes();
+    enterIds();
     collectNodes();
     sortKeywords();
     sortPackages();
@@ -89,30 +94,33 @@ void PackageIndexBuilder::buildIndex(int accessorPosition)
     PackageAccessor &accessor = *d.accessors[size_t(accessorPosition)];
     accessor.initialize();
     const int packageCount = accessor.packageCount();
-    d.nodes.reserve(d.nodes.size() + packageCount);
+    reserveNodes(packageCount);
     for (int j = 0; j < packageCount; ++j)
         addNode(new PackageNode(accessor.packageInfo(j), d.q, accessorPosition, j));
     const int keywordCount = accessor.keywordCount();
-    d.nodes.reserve(d.nodes.size() + keywordCount);
+    reserveNodes(keywordCount);
     for (int j = 0; j < keywordCount; ++j) {
         if (KeywordNode *keyword = KeywordNode::create(accessor.keywordInfo(j), d.q))
             addNode(keyword);
     }
 }
 
+void PackageIndexBuilder::reserveNodes(int more)
+{
+    created.reserve(created.size() + more);
+    numbers.reserve(created.size() + more);
+}
+
 // The last record of an id wins, whatever kind of node an earlier one made.
 void PackageIndexBuilder::addNode(PackageIndexNode *node)
 {
-    PackageIndexNode *&place = d.nodes[node->id()];
-    if (place) {
-        node->position = place->position;
-        created[node->position] = node;
-        delete place;
-    } else {
-        node->position = created.size();
+    const int number = numbers.insert(node->id(), created.size());
+    if (number == created.size()) {
         created.append(node);
+    } else {
+        delete created.at(number);
+        created[number] = node;
     }
-    place = node;
 }
 
 void PackageIndexBuilder::buildGraph(int accessorPosition)
@@ -120,17 +128,35 @@ void PackageIndexBuilder::buildGraph(int accessorPosition)
     const PackageAccessor &accessor = *d.accessors[size_t(accessorPosition)];
     const int linkCount = accessor.linkCount();
     links.reserve(links.size() + linkCount);
-    PackageIndexNode *from = nullptr;
-    for (int j = 0; j < linkCount; ++j) {
-        const LinkInfo link = accessor.linkInfo(j);
+    std::array<LinkInfo, linksInBlock> records;
+    for (int first = 0; first < linkCount; first += linksInBlock) {
+        const int count = qMin(linksInBlock, linkCount - first);
+        for (int i = 0; i < count; ++i)
+            records[size_t(i)] = accessor.linkInfo(first + i);
+        resolveLinks(records.data(), count);
+    }
+}
+
+// The look-ups of a block are under way at the same time.
+void PackageIndexBuilder::resolveLinks(const LinkInfo *records, int count)
+{
+    std::array<quint32, linksInBlock> hashes{};
+    for (int i = 0; i < count; ++i)
+        hashes[size_t(i)] = numbers.announce(QStringRef(&records[i].to));
+    for (int i = 0; i < count; ++i)
+        numbers.approach(hashes[size_t(i)]);
+    int from = -1;
+    for (int i = 0; i < count; ++i) {
+        const LinkInfo &link = records[i];
         if (link.from.isEmpty() || link.to.isEmpty() || link.type == InvalidLink)
             continue;
-        if (!from || from->id() != link.from) // sources often give the links of one node together
-            from = d.nodes.value(QStringRef(&link.from));
-        PackageIndexNode *to = d.nodes.value(QStringRef(&link.to));
-        if (from && to) {
-            qCDebug(lcPackageIndex) << "Creating link between" << from->id() << "and" << to->id()
-                                    << "with type" << int(link.type);
+        // Sources often give the links of one node together.
+        if (from < 0 || created.at(from)->id() != link.from)
+            from = numbers.find(QStringRef(&link.from), numbers.announce(QStringRef(&link.from)));
+        const int to = numbers.find(QStringRef(&link.to), hashes[size_t(i)]);
+        if (from >= 0 && to >= 0) {
+            qCDebug(lcPackageIndex) << "Creating link between" << link.from << "and" << link.to << "with type"
+                                    << int(link.type);
             links.append({from, to, link.type});
         } else {
             qCDebug(lcPackageIndex) << "Cannot link between" << link.from << "and" << link.to;
@@ -138,28 +164,44 @@ void PackageIndexBuilder::buildGraph(int accessorPosition)
     }
 }
 
-// Room for the links of each node is made at once: links are most of what an index holds.
 void PackageIndexBuilder::connectNodes()
 {
-    QVector<int> outgoing(created.size(), 0);
-    QVector<int> incoming(created.size(), 0);
-    for (const ResolvedLink &link : qAsConst(links)) {
-        ++outgoing[link.from->position];
-        ++incoming[link.to->position];
-    }
-    for (PackageIndexNode *node : qAsConst(created)) {
-        if (outgoing.at(node->position) > 0)
-            node->outgoing.reserve(outgoing.at(node->position));
-        if (incoming.at(node->position) > 0)
-            node->incoming.reserve(incoming.at(node->position));
-    }
-    for (const ResolvedLink &link : qAsConst(links))
-        link.from->linkTo(link.to, link.type);
+    connectNodes(&ResolvedLink::from, &ResolvedLink::to, &PackageIndexNode::outgoing);
+    connectNodes(&ResolvedLink::to, &ResolvedLink::from, &PackageIndexNode::incoming);
     links.clear();
+    links.squeeze();
+}
+
+// Puts the links into the order of the nodes that they are seen from before any node is touched, so that each
+// node is visited once and gets room for just its links: they are most of what an index holds.
+void PackageIndexBuilder::connectNodes(LinkEnd here, LinkEnd there, LinkVector vector)
+{
+    QVector<int> ends(created.size() + 1, 0);
+    for (const ResolvedLink &link : qAsConst(links))
+        ++ends[link.*here + 1];
+    std::partial_sum(ends.begin(), ends.end(), ends.begin());
+    QVector<PackageIndexLink> ordered(links.size());
+    for (const ResolvedLink &link : qAsConst(links))
+        ordered[ends[link.*here]++] = {link.type, created.at(link.*there)};
+    int first = 0;
+    for (int i = 0; i < created.size(); ++i) {
+        if (ends.at(i) > first)
+            created.at(i)->*vector =
+                QVector<PackageIndexLink>(ordered.cbegin() + first, ordered.cbegin() + ends.at(i));
+        first = ends.at(i);
+    }
+}
+
+void PackageIndexBuilder::enterIds()
+{
+    d.nodes.reserve(created.size());
+    for (PackageIndexNode *node : qAsConst(created))
+        d.nodes.insert(node->id(), node);
 }
 
 void PackageIndexBuilder::collectNodes()
 {
+    d.packages.reserve(created.size());
     for (PackageIndexNode *node : qAsConst(created)) {
         if (KeywordNode *keyword = node->toKeyword())
             d.keywords.append(keyword);
@@ -199,11 +241,8 @@ void PackageIndexBuilder::sortKeywords()
 void PackageIndexBuilder::sortPackages()
 {
     const QVector<int> ranks = typeRanks();
-    qint64 characters = 0;
-    for (const PackageNode *package : qAsConst(d.packages))
-        characters += package->sortString().size();
     FoldedOrder order;
-    order.reserve(d.packages.size(), characters);
+    order.reserve(d.packages.size());
     for (int i = 0; i < d.packages.size(); ++i) {
         const QString sortString = d.packages.at(i)->sortString();
         order.add(ranks.at(i), QStringRef(&sortString));
@@ -216,12 +255,13 @@ void PackageIndexBuilder::sortPackages()
 // For each package the place of its type among the types.
 QVector<int> PackageIndexBuilder::typeRanks() const
 {
-    QMap<QStringRef, int> ranks;
+    QHash<QStringRef, int> ranks;
     for (const PackageNode *package : qAsConst(d.packages))
         ranks.insert(package->type(), 0);
-    int rank = 0;
-    for (int &typeRank : ranks)
-        typeRank = rank++;
+    QList<QStringRef> types = ranks.keys();
+    std::sort(types.begin(), types.end());
+    for (int i = 0; i < types.size(); ++i)
+        ranks[types.at(i)] = i;
     QVector<int> ranksOfPackages;
     ranksOfPackages.reserve(d.packages.size());
     for (const PackageNode *package : qAsConst(d.packages))

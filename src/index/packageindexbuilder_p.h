@@ -1,13 +1,15 @@
 #pragma once
 
+#include "index/nodenumbers_p.h"
 #include "index/packageindex_p.h"
+#include "index/packageindexnode.h"
 #include "repository/link.h"
 
 #include <QVector>
 
 namespace ts::pm {
 
-class PackageIndexNode;
+struct LinkInfo;
 
 /**
  * Builds an index: creates the nodes of all accessors, links them, and puts them in order.
@@ -22,18 +24,25 @@ public:
     void build();
 
 private:
+    // Ends are numbers of created nodes.
     struct ResolvedLink
     {
-        PackageIndexNode *from;
-        PackageIndexNode *to;
+        int from;
+        int to;
         LinkType type;
     };
+    using LinkEnd = int ResolvedLink::*;
+    using LinkVector = QVector<PackageIndexLink> PackageIndexNode::*;
 
     void chooseLanguage();
     void buildIndex(int accessorPosition);
+    void reserveNodes(int more);
     void addNode(PackageIndexNode *node);
     void buildGraph(int accessorPosition);
+    void resolveLinks(const LinkInfo *records, int count);
     void connectNodes();
+    void connectNodes(LinkEnd here, LinkEnd there, LinkVector vector);
+    void enterIds();
     void collectNodes();
     void rankAttributes();
     void sortKeywords();
@@ -44,6 +53,7 @@ private:
 
     PackageIndexPrivate &d;
     QVector<PackageIndexNode *> created; // the nodes in order of creation, which is also that of their memory
+    NodeNumbers numbers;                 // of created nodes, by id
     QVector<ResolvedLink> links;
 };
 

@@ -70,7 +70,7 @@ private:
     PackageIndex *const index;
     const QStringRef nodeId; // in the string buffer of the index
     const int kind;
-    int position = -1; // order of creation during the build
+    int position = -1;
     QVector<PackageIndexLink> incoming;
     QVector<PackageIndexLink> outgoing;
 };
