@@ -1,0 +1,203 @@
+#include "storage/fileproxyconnection_p.h"
+
+#include "storage/fileproxywriter_p.h"
+
+#include <QHash>
+#include <QMimeDatabase>
+#include <QPointer>
+#include <QTcpSocket>
+
+namespace ts::pm {
+
+namespace {
+
+constexpr int sniffedBytes = 64;
+constexpr int maxKnownTypes = 1000;
+
+unsigned int nextId()
+{
+    static unsigned int ConnectionId = 0;
+    return ConnectionId++;
+}
+
+// Finding out the type takes longer than sending a small file does. It depends on nothing but these bytes.
+QByteArray contentType(const QByteArray &start)
+{
+    static QMimeDatabase database;
+    static thread_local QHash<QByteArray, QByteArray> knownTypes;
+    const auto known = knownTypes.constFind(start);
+    if (known != knownTypes.constEnd())
+        return *known;
+    if (knownTypes.size() >= maxKnownTypes)
+        knownTypes.clear();
+    return *knownTypes.insert(start, database.mimeTypeForData(start).name().toLatin1());
+}
+
+QByteArray statusLine(int code, const QByteArray &reason)
+{
+    return "HTTP/1.1 " + QByteArray::number(code) + ' ' + reason + "\r\n";
+}
+
+QByteArray header(const char *key, const QByteArray &value)
+{
+    return key + (": " + value) + "\r\n";
+}
+
+QByteArray textHead(int code, const QByteArray &reason, bool close)
+{
+    return statusLine(code, reason) + header("Connection", close ? "close" : "keep-alive")
+           + header("Content-Length", QByteArray::number(reason.size())) + "\r\n";
+}
+
+} // namespace
+
+FileProxyConnection::FileProxyConnection(QTcpSocket *socket, QObject *parent)
+    : QObject(parent)
+    , id(nextId())
+    , socket(socket)
+    , writer(new FileProxyWriter(socket, this))
+{
+    socket->setParent(this);
+    socket->setReadBufferSize(FileProxyRequestReader::maxBuffered);
+    socket->setSocketOption(QAbstractSocket::LowDelayOption, 1);
+    connect(socket, &QTcpSocket::readyRead, this, &FileProxyConnection::read);
+    connect(socket, &QTcpSocket::disconnected, this, &FileProxyConnection::handleDisconnect);
+    connect(writer, &FileProxyWriter::written, this, &FileProxyConnection::answerWritten);
+    // For bytes that arrived before this object was there to hear of them.
+    QMetaObject::invokeMethod(this, &FileProxyConnection::read, Qt::QueuedConnection);
+}
+
+// The socket is in the middle of a signal if this happens below read(), which takes care of it then.
+FileProxyConnection::~FileProxyConnection()
+{
+    if (isClosed)
+        return; // and the socket is gone, or will be
+    socket->disconnect(this);
+    writer->stop();
+    socket->abort();
+    if (isReading)
+        socket->setParent(nullptr);
+}
+
+QString FileProxyConnection::requestTarget() const
+{
+    return QString::fromUtf8(request.target);
+}
+
+void FileProxyConnection::read()
+{
+    if (isReading || isClosed)
+        return;
+    const QPointer<FileProxyConnection> self(this);
+    QTcpSocket *const currentSocket = socket;
+    isReading = true;
+    while (self && readRequest()) {
+    }
+    if (!self) {
+        currentSocket->deleteLater();
+        return;
+    }
+    isReading = false;
+    if (socket->state() == QAbstractSocket::UnconnectedState)
+        handleDisconnect();
+}
+
+// Returns whether there may be another one to read. The object may be gone then.
+bool FileProxyConnection::readRequest()
+{
+    if (isClosing || writer->isBusy())
+        return false;
+    switch (request.read(socket)) {
+    case FileProxyRequestReader::Result::NeedsMore:
+        return false;
+    case FileProxyRequestReader::Result::BadRequest:
+        writeErrorResponse(BadRequest, true);
+        return false;
+    case FileProxyRequestReader::Result::MethodNotAllowed:
+        writeErrorResponse(MethodNotAllowed, true);
+        return false;
+    case FileProxyRequestReader::Result::Requested:
+        break;
+    }
+    Q_EMIT fileRequested(QUrl(QString::fromLatin1(request.target)));
+    return true;
+}
+
+void FileProxyConnection::sendResponse(int code, const QString &path)
+{
+    if (request.state != FileProxyRequestReader::WaitingForFile || isClosing || isClosed)
+        return;
+    if (code == Ok) {
+        sendFile(path);
+        request.state = FileProxyRequestReader::RequestLine;
+        return;
+    }
+    const QByteArray reason = codeToString(ResponseCode(code));
+    const bool hasBody = request.method != FileProxyRequestReader::Head;
+    writer->write(textHead(code, reason, false) + (hasBody ? reason : QByteArray()));
+}
+
+// A file that cannot be opened is announced with the size that the file system tells, and has no body.
+void FileProxyConnection::sendFile(const QString &path)
+{
+    QScopedPointer<QFile> file(new QFile(path));
+    const bool isOpen = file->open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    const qint64 size = file->size();
+    const QByteArray start = isOpen ? file->read(sniffedBytes) : QByteArray();
+    const bool hasBody = isOpen && request.method != FileProxyRequestReader::Head;
+    const QByteArray head = statusLine(Ok, codeToString(Ok)) + header("Content-Type", contentType(start))
+                            + header("Connection", "keep-alive")
+                            + header("Content-Length", QByteArray::number(size)) + "\r\n";
+    writer->write(head, file, hasBody ? size : 0);
+}
+
+// A closing answer is left to the event loop if the client does not take it at once.
+void FileProxyConnection::writeErrorResponse(ResponseCode responseCode, bool close)
+{
+    const QByteArray reason = codeToString(responseCode);
+    isClosing = close;
+    if (!close)
+        request.state = FileProxyRequestReader::RequestLine;
+    writer->write(textHead(responseCode, reason, close) + reason);
+    if (!writer->isBusy())
+        answerWritten();
+}
+
+// Further requests are read from the event loop, which lets the other connections have their turn.
+void FileProxyConnection::answerWritten()
+{
+    if (isClosing)
+        socket->close();
+    else if (socket->bytesAvailable() > 0)
+        QMetaObject::invokeMethod(this, &FileProxyConnection::read, Qt::QueuedConnection);
+}
+
+void FileProxyConnection::handleDisconnect()
+{
+    writer->stop();
+    if (isReading || isClosed)
+        return;
+    isClosed = true;
+    socket->disconnect(this);
+    socket->close();
+    socket->deleteLater();
+    Q_EMIT closed();
+}
+
+QByteArray FileProxyConnection::codeToString(ResponseCode code)
+{
+    switch (code) {
+    case Ok:
+        return "OK";
+    case BadRequest:
+        return "Bad Request";
+    case NotFound:
+        return "Not Found";
+    case MethodNotAllowed:
+        return "Method Not Allowed";
+    default:
+        return QByteArray();
+    }
+}
+
+} // namespace ts::pm

@@ -1,0 +1,125 @@
+#include "storage/fileproxyserver.h"
+#include "storage/fileproxyserver_p.h"
+
+#include "logging_p.h"
+#include "storage/fileproxyconnection_p.h"
+#include "storage/ifileproxy.h"
+#include "storage/randomname_p.h"
+
+#include <QTcpSocket>
+#include <QTimer>
+
+#include <chrono>
+
+namespace ts::pm {
+
+FileProxyServerPrivate::FileProxyServerPrivate(FileProxyServer *q)
+    : q(q)
+{
+}
+
+// A server that has run out of file descriptors stops to accept, and would never start again by itself.
+void FileProxyServerPrivate::resumeAcceptingSoon()
+{
+    constexpr std::chrono::milliseconds pause(500);
+    QTimer::singleShot(pause, q, &QTcpServer::resumeAccepting);
+}
+
+FileProxyServer::FileProxyServer(QObject *parent)
+    : QTcpServer(parent)
+    , d(new FileProxyServerPrivate(this))
+{
+    connect(this, &QTcpServer::newConnection, this, &FileProxyServer::handleConnection);
+    connect(this, &QTcpServer::acceptError, this, [this] { d->resumeAcceptingSoon(); });
+    if (!listen(QHostAddress::LocalHost, 0))
+        qCWarning(lcPm) << "Cannot serve files on the loopback interface:" << errorString();
+}
+
+FileProxyServer::~FileProxyServer()
+{
+    qDeleteAll(d->connections);
+}
+
+QSharedPointer<FileProxyServer> FileProxyServer::defaultServer()
+{
+    static QWeakPointer<FileProxyServer> current;
+    QSharedPointer<FileProxyServer> server = current.toStrongRef();
+    if (!server) {
+        server = QSharedPointer<FileProxyServer>::create();
+        current = server;
+    }
+    return server;
+}
+
+QString FileProxyServer::install(IFileProxy *proxy)
+{
+    const QString key = randomName();
+    d->providers.insert(key, proxy);
+    return key;
+}
+
+void FileProxyServer::uninstall(const QString &key)
+{
+    d->providers.remove(key);
+}
+
+QUrl FileProxyServer::fileUrl(const QString &key, const QUrl &url) const
+{
+    if (!d->providers.contains(key))
+        return QUrl();
+    const QUrl base(QStringLiteral("http://localhost:%1/%2/").arg(QString::number(serverPort()), key));
+    return base.resolved(url);
+}
+
+void FileProxyServer::resolveFile(const QString &key, const QUrl &url, int code, const QString &path)
+{
+    const QString target = QStringLiteral("/%1/%2").arg(key, url.toString());
+    const QList<unsigned int> ids = d->waiting.values(target);
+    if (code == FileProxyConnection::Ok)
+        d->waiting.remove(target);
+    for (const unsigned int id : ids) {
+        if (FileProxyConnection *connection = d->connections.value(id))
+            connection->sendResponse(code, path);
+    }
+}
+
+void FileProxyServer::handleConnection()
+{
+    while (hasPendingConnections()) {
+        auto *connection = new FileProxyConnection(nextPendingConnection(), this);
+        d->connections.insert(connection->connectionId(), connection);
+        connect(connection, &FileProxyConnection::closed, this, &FileProxyServer::closeConnection);
+        connect(connection, &FileProxyConnection::fileRequested, this, &FileProxyServer::requestFile);
+    }
+}
+
+void FileProxyServer::closeConnection()
+{
+    auto *connection = qobject_cast<FileProxyConnection *>(sender());
+    if (!connection)
+        return;
+    d->waiting.remove(connection->requestTarget(), connection->connectionId());
+    d->connections.remove(connection->connectionId());
+    connection->deleteLater();
+}
+
+// The provider may delete this server: nothing may follow the call.
+void FileProxyServer::requestFile(QUrl file)
+{
+    auto *connection = qobject_cast<FileProxyConnection *>(sender());
+    if (!connection)
+        return;
+    d->waiting.insert(connection->requestTarget(), connection->connectionId());
+    QString path = file.path(QUrl::FullyDecoded);
+    if (path.startsWith(QLatin1Char('/')))
+        path.remove(0, 1);
+    const int slash = path.indexOf(QLatin1Char('/'));
+    IFileProxy *provider = d->providers.value(path.left(slash));
+    if (!provider) {
+        connection->sendResponse(FileProxyConnection::NotFound, QString());
+        return;
+    }
+    provider->requestFile(QUrl(slash < 0 ? QString() : path.mid(slash + 1)));
+}
+
+} // namespace ts::pm
