@@ -10,7 +10,7 @@ set(TAMSEL_PLATFORM_DEPENDENCY "")
 if(TAMSEL_PLATFORM STREQUAL "external")
     set(TAMSEL_PLATFORM_DEPENDENCY "find_dependency(TamselPlatform)")
 else()
-    list(APPEND _tamsel_libraries Tamsel TamselCrypto TamselDataCore TamselUtil)
+    list(APPEND _tamsel_libraries Tamsel TamselAccount TamselCrypto TamselDataCore TamselNetwork TamselUtil)
 endif()
 
 # Installed libraries stand side by side, and find each other there wherever the tree is moved to.

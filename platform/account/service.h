@@ -41,9 +41,9 @@ public:
     Q_ENUM(Status)
 
     /**
-     * A disabled service without credentials. Relative URLs resolve below \a baseUrl, whether or not it ends
-     * in a slash. An empty \a uuid is replaced by one derived from the base URL, so that it is the same in
-     * every run.
+     * A disabled service, without credentials unless \a baseUrl holds a user and a password; they are taken
+     * out of it. Relative URLs resolve below the base URL, whether or not it ends in a slash. An empty \a
+     * uuid is replaced by one derived from the base URL, so that it is the same in every run.
      */
     explicit Service(const QUrl &baseUrl, const QString &uuid = QString(), QObject *parent = nullptr);
     ~Service() override;
@@ -51,7 +51,10 @@ public:
     QUrl baseUrl() const;
     Status status() const;
 
-    /** Credentials to send with each request to the origin of the base URL, and to no other. */
+    /**
+     * Credentials to send with each request to the origin of the base URL, and to no other. A token that is
+     * no visible ASCII text is no credential.
+     */
     void setBearerToken(const QString &token);
     void setUserAndPassword(const QString &user, const QString &password);
     void clearCredentials();
@@ -61,12 +64,17 @@ public:
     void enable();
     void disable();
 
-    /** A request for \a url, resolved below the base URL, with the credentials if it stays within the origin.
+    /**
+     * A request for \a url, resolved below the base URL. The credentials go along to all of the origin, that
+     * is to the same scheme, host and port, also above the base URL ("../y"), and nowhere else ("//other/").
      */
     QNetworkRequest createRequest(const QUrl &url) const;
 
-    /** Sends a GET. The caller may take the request over as parent; it deletes itself in any case. Never
-     * null. */
+    /**
+     * Sends a GET. Never null; the request deletes itself once finished, and the caller may become its
+     * parent. It fails, through its finished(), while the service is disabled or failed, and may fail when
+     * the service goes away.
+     */
     Request *getRequest(const QNetworkRequest &request) const;
     Request *getRequest(const QUrl &url) const;
 

@@ -28,9 +28,12 @@ class RequestPrivate;
  * its access manager; all signals come there. Signals: finished() comes exactly once and always from the
  * event loop, never from a constructor or a setter. Errors: no connection, a time-out, a body that is too
  * large or ends too early, a sink that does not take all bytes and an HTTP status of 400 or above all set
- * error() and errorString(); a request with an error is never isOk(). It does not retry. Redirects are
- * followed only to the same or a safer scheme, and headers that carry credentials do not go along to another
- * origin.
+ * error() and errorString(); a request with an error is never isOk(). It does not retry. A chunked body that
+ * ends too early is the exception: Qt 5.15 may take it for complete, and this class cannot tell.
+ *
+ * Redirects, up to ten, are followed only to the same or a safer scheme. Authorization and cookies do not go
+ * along to another scheme, host or port. The answer may come compressed with gzip; sink, rawResponse(),
+ * hash() and the largest size are about what comes out of it.
  */
 class TAMSEL_EXPORT Request : public QObject
 {
@@ -53,7 +56,10 @@ public:
     /** The longest time without a byte from the server before the exchange fails; 30 seconds at first. */
     void setTransferTimeout(std::chrono::milliseconds timeout);
 
-    /** The largest body accepted, in bytes after decompression; 2 GiB less one byte at first. */
+    /**
+     * The largest body accepted, in bytes after decompression; 2 GiB less one byte at first. The body of a
+     * status outside 200 to 299 is not accepted beyond 1 MiB.
+     */
     void setMaximumBodySize(qint64 bytes);
 
     /** True if the exchange has ended without error and with the HTTP status \a code. */
@@ -74,7 +80,10 @@ public:
     /** MD5 digest (16 bytes) of the body that has been received, wherever it went. */
     QByteArray hash() const;
 
-    /** The reply, for its headers. Owned by this object; null if no exchange could be started. */
+    /**
+     * The reply, for its headers; its body has been read already. Owned by this object; null if no exchange
+     * could be started, and once the access manager has gone.
+     */
     QNetworkReply *reply() const;
 
 Q_SIGNALS:

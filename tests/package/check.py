@@ -14,7 +14,8 @@ import sys
 HERE = pathlib.Path(__file__).resolve().parent
 CONSUMER = HERE / "consumer"
 
-LIBRARIES = ("TamselPackageManager", "Tamsel", "TamselCrypto", "TamselDataCore", "TamselUtil")
+LIBRARIES = ("TamselPackageManager", "Tamsel", "TamselAccount", "TamselCrypto", "TamselDataCore", "TamselNetwork",
+             "TamselUtil")
 ROOMS = ("repository", "index", "storage", "presentation", "server", "database")
 
 CATALOGUE = {

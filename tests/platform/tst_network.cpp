@@ -1,0 +1,392 @@
+#include "support/httpserver.h"
+#include "support/literals.h"
+#include "support/logcapture.h"
+#include "support/table.h"
+
+#include <Tamsel/GetRequest>
+#include <TamselAccount/Service>
+#include <TamselNetwork/NetworkAccessManager>
+
+#include <QBuffer>
+#include <QNetworkReply>
+#include <QUuid>
+#include <QtTest>
+
+#include <zlib.h>
+
+using namespace ts::pm::test;
+using ts::GetRequest;
+using ts::account::Service;
+using ts::network::NetworkAccessManager;
+
+Q_DECLARE_METATYPE(ts::pm::test::HttpAnswer)
+
+namespace {
+
+QByteArray gzip(const QByteArray &text)
+{
+    z_stream stream{};
+    deflateInit2(&stream, 9, Z_DEFLATED, 15 + 16, 9, Z_DEFAULT_STRATEGY);
+    QByteArray packed(int(deflateBound(&stream, uLong(text.size()))), Qt::Uninitialized);
+    stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(text.constData()));
+    stream.avail_in = uInt(text.size());
+    stream.next_out = reinterpret_cast<Bytef *>(packed.data());
+    stream.avail_out = uInt(packed.size());
+    deflate(&stream, Z_FINISH);
+    packed.resize(int(stream.total_out));
+    deflateEnd(&stream);
+    return packed;
+}
+
+HttpAnswer raw(const QByteArray &bytes, HttpAnswer::Then then = HttpAnswer::Close)
+{
+    return {bytes, then, QByteArray(1 << 16, 'x')};
+}
+
+HttpAnswer packed(const QByteArray &body)
+{
+    return HttpAnswer::with(200, body, "Content-Encoding: gzip\r\n");
+}
+
+struct Outcome
+{
+    int finished = 0;
+    int status = 0;
+    int error = 0;
+    bool ok = false;
+    QByteArray body;
+    QByteArray hash;
+};
+
+using SetUp = std::function<void(GetRequest *)>;
+
+/** Runs an exchange until its request has deleted itself. */
+Outcome run(const QNetworkRequest &request, QNetworkAccessManager *manager, const SetUp &setUp = {})
+{
+    Outcome outcome;
+    QEventLoop loop;
+    auto *get = new GetRequest(request, manager);
+    get->setSuppressErrors(true);
+    QObject::connect(get, &QObject::destroyed, &loop, &QEventLoop::quit);
+    QObject::connect(get, &GetRequest::finished, [&] {
+        outcome = {outcome.finished + 1, get->responseCode(), get->error(),
+                   get->isOk(200),       get->rawResponse(),  get->hash()};
+    });
+    if (setUp)
+        setUp(get);
+    loop.exec();
+    return outcome;
+}
+
+/** Does what a test tells it to before it takes each piece. */
+class Sink : public QBuffer
+{
+public:
+    std::function<void()> before = [] {};
+    int share = 1; // takes one of so many bytes
+
+    Sink() { open(WriteOnly); }
+
+protected:
+    qint64 writeData(const char *bytes, qint64 size) override
+    {
+        before();
+        return share == 1 ? QBuffer::writeData(bytes, size) : size / share;
+    }
+};
+
+} // namespace
+
+class tst_Network : public QObject
+{
+    Q_OBJECT
+
+    QSharedPointer<NetworkAccessManager> manager = NetworkAccessManager::sharedInstance();
+    ScriptedServer server;
+
+    QNetworkRequest request(const HttpAnswer &answer)
+    {
+        server.setAnswer("/x", answer);
+        return QNetworkRequest(server.url("/x"_s));
+    }
+
+private Q_SLOTS:
+    void answers_data()
+    {
+        QTest::addColumn<HttpAnswer>("answer");
+        QTest::addColumn<int>("status");
+        QTest::addColumn<bool>("failed");
+        QTest::addColumn<QByteArray>("body");
+        const QByteArray big = QByteArray(3000000, 'b') + "end";
+        const QByteArray head = "HTTP/1.1 200 OK\r\n";
+        QTest::newRow("body") << HttpAnswer::with(200, "owl") << 200 << false << QByteArray("owl");
+        QTest::newRow("empty") << HttpAnswer::with(200) << 200 << false << QByteArray();
+        QTest::newRow("big") << HttpAnswer::with(200, big) << 200 << false << big;
+        QTest::newRow("big without length") << raw(head + "\r\n" + big) << 200 << false << big;
+        QTest::newRow("unchanged") << raw("HTTP/1.1 304 Same\r\nETag: \"a\"\r\nContent-Length: 9\r\n\r\n")
+                                   << 304 << false << QByteArray();
+        QTest::newRow("no content") << HttpAnswer::with(204) << 204 << false << QByteArray();
+        QTest::newRow("missing") << HttpAnswer::with(404, "why") << 404 << true << QByteArray("why");
+        QTest::newRow("server error") << HttpAnswer::with(500, "why") << 500 << true << QByteArray("why");
+        QTest::newRow("endless error")
+            << raw("HTTP/1.1 500 No\r\n\r\n", HttpAnswer::Repeat) << 500 << true << QByteArray(1 << 20, 'x');
+        QTest::newRow("too short") << raw(head + "Content-Length: 4\r\n\r\nowl") << 200 << true
+                                   << QByteArray("owl");
+        QTest::newRow("too long") << raw(head + "Content-Length: 3\r\n\r\nowlet") << 200 << false
+                                  << QByteArray("owl");
+        QTest::newRow("chunks") << raw(head
+                                       + "Transfer-Encoding: chunked\r\n\r\n3\r\nowl\r\n2\r\net\r\n0\r\n\r\n")
+                                << 200 << false << QByteArray("owlet");
+        QTest::newRow("no answer") << raw("") << 0 << true << QByteArray();
+        QTest::newRow("junk") << raw("owl\r\n\r\n") << 0 << true << QByteArray();
+        QTest::newRow("stalled head") << raw("HTTP/1.1 200", HttpAnswer::Stall) << 0 << true << QByteArray();
+        QTest::newRow("stalled body") << raw(head + "Content-Length: 4\r\n\r\nowl", HttpAnswer::Stall) << 200
+                                      << true << QByteArray("owl");
+        QTest::newRow("gzip") << packed(gzip(big)) << 200 << false << big;
+        QTest::newRow("gzip twice") << packed(gzip("ow") + gzip("l")) << 200 << false << QByteArray("owl");
+        QTest::newRow("gzip too short") << packed(gzip("owl").chopped(1)) << 200 << true << QByteArray("owl");
+        QTest::newRow("gzip not checked")
+            << packed(gzip("owl").chopped(8) + "12345678") << 200 << true << QByteArray();
+        QTest::newRow("no gzip") << packed("owl") << 200 << true << QByteArray();
+        QTest::newRow("other encoding")
+            << HttpAnswer::with(200, "owl", "Content-Encoding: br\r\n") << 200 << true << QByteArray();
+        QTest::newRow("no target") << HttpAnswer::with(302, "owl") << 302 << false << QByteArray("owl");
+    }
+
+    void answers()
+    {
+        QFETCH(HttpAnswer, answer);
+        QFETCH(QByteArray, body);
+        QFETCH(int, status);
+        for (const bool toSink : {false, true}) {
+            Sink sink;
+            const Outcome outcome = run(request(answer), manager.data(), [&](GetRequest *get) {
+                get->setTransferTimeout(
+                    std::chrono::milliseconds(answer.then == HttpAnswer::Stall ? 200 : 30000));
+                if (toSink)
+                    get->setDataSink(&sink);
+            });
+            QCOMPARE(outcome.finished, 1);
+            QCOMPARE(outcome.status, status);
+            QTEST(outcome.error != 0, "failed");
+            QCOMPARE(outcome.ok, outcome.error == 0 && status == 200);
+            const bool sunk = toSink && status / 100 == 2;
+            const QByteArray found = sunk ? sink.data() : outcome.body;
+            QCOMPARE(sunk ? outcome.body : sink.data(), QByteArray());
+            QCOMPARE(outcome.hash, QCryptographicHash::hash(found, QCryptographicHash::Md5));
+            if (answer.then == HttpAnswer::Repeat)
+                QVERIFY(found.size() <= body.size());
+            else
+                QCOMPARE(found, body);
+        }
+        QTRY_COMPARE(server.connections(), 0);
+    }
+
+    void limitsHoldWhileBytesArrive()
+    {
+        const QByteArray head = "HTTP/1.1 200 OK\r\n\r\n";
+        const auto endless = raw(head, HttpAnswer::Repeat);
+        const auto announced = raw("HTTP/1.1 200 OK\r\nContent-Length: 1000001\r\n\r\n", HttpAnswer::Stall);
+        for (const HttpAnswer &answer : {endless, announced, packed(gzip(QByteArray(50000000, '\0')))}) {
+            Sink sink;
+            const Outcome outcome = run(request(answer), manager.data(), [&](GetRequest *get) {
+                get->setDataSink(&sink);
+                get->setMaximumBodySize(1000000);
+            });
+            QVERIFY(outcome.error != 0 && outcome.error != QNetworkReply::TimeoutError);
+            QVERIFY(sink.size() <= 1000000);
+            QTRY_COMPARE(server.connections(), 0);
+        }
+    }
+
+    void redirects_data()
+    {
+        QTest::addColumn<QByteArray>("location"); // OTHER is a server on another port
+        QTest::addColumn<int>("status");
+        QTest::addColumn<int>("error");
+        QTest::addColumn<bool>("credentials");
+        QTest::newRow("path") << QByteArray("/y?a=b") << 200 << 0 << true;
+        QTest::newRow("other port") << QByteArray("OTHER/y?a=b") << 200 << 0 << false;
+        QTest::newRow("credentials of theirs") << QByteArray("OTHERUSER/y?a=b") << 200 << 0 << false;
+        QTest::newRow("file") << QByteArray("file:///etc/hostname") << 302
+                              << int(QNetworkReply::InsecureRedirectError) << false;
+        QTest::newRow("circle") << QByteArray("/x") << 302 << int(QNetworkReply::TooManyRedirectsError)
+                                << true;
+    }
+
+    void redirects()
+    {
+        QFETCH(QByteArray, location);
+        ScriptedServer other;
+        const QByteArray origin = other.url().toEncoded(QUrl::StripTrailingSlash);
+        location.replace("OTHERUSER", QByteArray(origin).replace("//", "//me:secret@"))
+            .replace("OTHER", origin);
+        QNetworkRequest get = request(HttpAnswer::redirect(302, location));
+        get.setRawHeader("Authorization", "Bearer secret");
+        get.setRawHeader("Cookie", "a=secret");
+        get.setRawHeader("If-None-Match", "\"a\"");
+        for (ScriptedServer *place : {&server, &other})
+            place->setAnswer("/y?a=b", HttpAnswer::with(200, "owl"));
+        const Outcome outcome = run(get, manager.data());
+        QTEST(outcome.status, "status");
+        QTEST(outcome.error, "error");
+        if (!outcome.ok)
+            return;
+        const HttpRequest last = (other.requests().isEmpty() ? server : other).requests().last();
+        QCOMPARE(last.path, "/y?a=b");
+        QCOMPARE(last.headers.value("if-none-match"), "\"a\"");
+        QTEST(last.headers.contains("authorization"), "credentials");
+        QTEST(last.headers.contains("cookie"), "credentials");
+    }
+
+    void finishesOnceWhateverGoesAway()
+    {
+        const auto half = raw("HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nowl", HttpAnswer::Stall);
+        QCOMPARE(run(request(half), nullptr).finished, 1);
+        QCOMPARE(run(QNetworkRequest(QUrl("file:///etc/hostname"_s)), manager.data()).finished, 1);
+
+        auto mortal = std::make_unique<NetworkAccessManager>();
+        auto sink = std::make_unique<Sink>();
+        const auto pour = [&sink](GetRequest *get) { get->setDataSink(sink.get()); };
+        sink->before = [&] { QTimer::singleShot(0, this, [&] { mortal.reset(); }); };
+        Outcome outcome = run(request(half), mortal.get(), pour);
+        QVERIFY(outcome.finished == 1 && outcome.error != 0);
+
+        sink->before = [] {};
+        sink->share = 2;
+        outcome = run(request(half), manager.data(), pour);
+        QVERIFY(outcome.finished == 1 && outcome.error != 0);
+
+        outcome = run(request(HttpAnswer::with(200, "owl")), manager.data(), [&](GetRequest *get) {
+            pour(get);
+            sink.reset();
+        });
+        QVERIFY(outcome.finished == 1 && outcome.error != 0 && !outcome.ok);
+
+        outcome = run(request(half), manager.data(), [](GetRequest *get) {
+            connect(get->reply(), &QNetworkReply::readyRead, get, [get] { get->reply()->abort(); });
+        });
+        QVERIFY(outcome.finished == 1 && outcome.error != 0);
+    }
+
+    void destructionAborts()
+    {
+        Sink sink;
+        GetRequest *get = nullptr;
+        sink.before = [&] { delete get; };
+        const QByteArray body(500000, 'x');
+        for (const HttpAnswer &answer : {HttpAnswer::with(200, body), packed(gzip(body))}) {
+            get = new GetRequest(request(answer), manager.data());
+            QSignalSpy finished(get, &GetRequest::finished);
+            QSignalSpy gone(get, &QObject::destroyed);
+            get->setDataSink(&sink);
+            QVERIFY(gone.wait() && finished.isEmpty());
+            QTRY_COMPARE(server.connections(), 0);
+        }
+    }
+
+    void failuresAreLoggedUnlessSuppressed()
+    {
+        for (const bool suppressed : {false, true}) {
+            LogCapture log("tamsel.request"_s);
+            run(request(HttpAnswer::with(500)), manager.data(),
+                [&](GetRequest *get) { get->setSuppressErrors(suppressed); });
+            QCOMPARE(log.lines().size(), suppressed ? 0 : 1);
+        }
+    }
+
+    void managerIsSharedWhileHeldAndKeepsNoCookies()
+    {
+        QCOMPARE(NetworkAccessManager::sharedInstance(), manager);
+        run(request(HttpAnswer::with(200, {}, "Set-Cookie: a=b; path=/\r\n")), manager.data());
+        run(request(HttpAnswer::with(200)), manager.data());
+        QVERIFY(!server.requests().last().headers.contains("cookie"));
+    }
+
+    void urlsOfAService()
+    {
+        // base | url | request | credentials
+        const auto table = rows(R"(
+            https://h/x          | ./api/v1/ledger      | https://h/x/api/v1/ledger | yes
+            https://h/x/         | ./api/v1/ledger      | https://h/x/api/v1/ledger | yes
+            https://h            | api                  | https://h/api             | yes
+            https://h/a%2Fb?q#f  | c                    | https://h/a%2Fb/c         | yes
+            https://h/x          | ../../y              | https://h/y               | yes
+            https://h/x          | https://H:443/y      | https://h:443/y           | yes
+            https://h/x          | //other/y            | https://other/y           | no
+            https://h/x          | http://h/y           | http://h/y                | no
+            https://h/x          | https://h:444/y      | https://h:444/y           | no
+            https://h/x          | file:///etc/hostname | file:///etc/hostname      | no
+        )");
+        for (const Row &row : table) {
+            Service service{QUrl(row[0])};
+            service.setBearerToken("secret"_s);
+            const QNetworkRequest made = service.createRequest(QUrl(row[1]));
+            QCOMPARE(made.url().toString(QUrl::FullyEncoded), row[2]);
+            QCOMPARE(made.rawHeader("Authorization"), row[3] == "yes"_s ? "Bearer secret" : "");
+        }
+    }
+
+    void serviceConnectsFromTheEventLoop()
+    {
+        for (const auto &[url, end] : {std::pair("http://h/"_s, Service::Ready),
+                                       {"ftp://h/"_s, Service::Failed},
+                                       {"/x"_s, Service::Failed},
+                                       {""_s, Service::Failed}}) {
+            Service service{QUrl(url)};
+            QSignalSpy changed(&service, &Service::statusChanged);
+            service.enable();
+            service.enable();
+            QVERIFY(service.status() == Service::Connecting && changed.size() == 1);
+            QTRY_COMPARE(service.status(), end);
+            QCOMPARE(changed.size(), 2);
+            service.disable();
+            service.enable();
+            service.disable();
+            QCoreApplication::processEvents();
+            QCOMPARE(service.status(), Service::Disabled);
+        }
+    }
+
+    void serviceSendsItsCredentials()
+    {
+        ScriptedServer six(QHostAddress::LocalHostIPv6);
+        six.setHandler([](const HttpRequest &) { return HttpAnswer::with(200); });
+        QUrl url = six.url("/base"_s);
+        url.setUserInfo("me:p%40ss"_s);
+        Service service(url);
+        const auto get = [&service] {
+            ts::Request *sent = service.getRequest(QUrl("./y"_s));
+            sent->setSuppressErrors(true);
+            QSignalSpy finished(sent, &ts::Request::finished);
+            return finished.wait() && sent->isOk(200);
+        };
+        QVERIFY(!get());
+        service.enable();
+        QVERIFY(get());
+        QCOMPARE(six.requests().last().path, "/base/y");
+        QCOMPARE(six.requests().last().headers.value("authorization"),
+                 "Basic " + QByteArray("me:p@ss").toBase64());
+        service.setBearerToken("a\r\nX: y"_s);
+        QVERIFY(get());
+        QVERIFY(!six.requests().last().headers.contains("authorization"));
+    }
+
+    void idsNameDirectories()
+    {
+        const auto id = [](const QString &text) { return Service(QUrl("http://h/x"_s), text).uuid(); };
+        const QString good = "0f8fad5b-d9cb-469f-a165-70867728950e"_s;
+        for (const QString &form : {good, good.toUpper(), QUuid(good).toString()})
+            QCOMPARE(id(form), good);
+        for (const QString &bad :
+             {""_s, "../../etc"_s, "a/b"_s, QString(good + "/.."_s), QUuid().toString()}) {
+            QCOMPARE(QUuid(id(bad)).toString(QUuid::WithoutBraces), id(bad));
+            QCOMPARE(id(bad), id(bad));
+        }
+        QVERIFY(id("a"_s) != id("b"_s));
+        QCOMPARE(Service(QUrl("http://u@h/x/"_s)).uuid(), Service(QUrl("http://h/x"_s)).uuid());
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_Network)
+#include "tst_network.moc"

@@ -1,0 +1,111 @@
+#include "httpserver.h"
+
+#include <QTcpSocket>
+
+#include <algorithm>
+
+namespace ts::pm::test {
+
+namespace {
+
+HttpRequest parse(const QByteArray &head)
+{
+    HttpRequest request;
+    const QList<QByteArray> lines = head.split('\n');
+    const QList<QByteArray> words = lines.first().trimmed().split(' ');
+    request.method = words.value(0);
+    request.path = words.value(1);
+    for (const QByteArray &line : lines.mid(1)) {
+        const int colon = line.indexOf(':');
+        if (colon > 0)
+            request.headers.insert(line.left(colon).toLower(), line.mid(colon + 1).trimmed());
+    }
+    return request;
+}
+
+} // namespace
+
+HttpAnswer HttpAnswer::with(int status, const QByteArray &body, const QByteArray &headers)
+{
+    return {"HTTP/1.1 " + QByteArray::number(status) + " Scripted\r\nConnection: close\r\nContent-Length: "
+                + QByteArray::number(body.size()) + "\r\n" + headers + "\r\n" + body,
+            Close,
+            {}};
+}
+
+HttpAnswer HttpAnswer::redirect(int status, const QByteArray &location)
+{
+    return with(status, "moved", "Location: " + location + "\r\n");
+}
+
+ScriptedServer::ScriptedServer(const QHostAddress &address)
+    : handler([](const HttpRequest &) { return HttpAnswer::with(404, "nothing here"); })
+{
+    connect(&server, &QTcpServer::newConnection, this, &ScriptedServer::accept);
+    if (!server.listen(address))
+        qFatal("ScriptedServer: %s", qPrintable(server.errorString()));
+}
+
+void ScriptedServer::setHandler(const Handler &newHandler)
+{
+    handler = newHandler;
+}
+
+void ScriptedServer::setAnswer(const QByteArray &path, const HttpAnswer &answer)
+{
+    answers.insert(path, answer);
+}
+
+QUrl ScriptedServer::url(const QString &path) const
+{
+    QUrl base;
+    base.setScheme(QStringLiteral("http"));
+    base.setHost(server.serverAddress().toString());
+    base.setPort(server.serverPort());
+    return base.resolved(QUrl(path));
+}
+
+int ScriptedServer::count(const QByteArray &path) const
+{
+    return int(std::count_if(received.cbegin(), received.cend(),
+                             [&path](const HttpRequest &request) { return request.path == path; }));
+}
+
+void ScriptedServer::accept()
+{
+    while (QTcpSocket *socket = server.nextPendingConnection()) {
+        socket->setObjectName(QStringLiteral("connection"));
+        connect(socket, &QTcpSocket::readyRead, this, [this, socket] { read(socket); });
+        connect(socket, &QTcpSocket::disconnected, socket, &QObject::deleteLater);
+    }
+}
+
+void ScriptedServer::read(QTcpSocket *socket)
+{
+    const QByteArray head = socket->peek(1 << 16);
+    const int end = head.indexOf("\r\n\r\n");
+    if (end < 0)
+        return;
+    socket->disconnect(this);
+    socket->readAll(); // closing a socket with unread bytes would reset the connection
+    const HttpRequest request = parse(head.left(end));
+    received.append(request);
+    send(socket, answers.contains(request.path) ? answers.value(request.path) : handler(request));
+}
+
+void ScriptedServer::send(QTcpSocket *socket, const HttpAnswer &answer)
+{
+    socket->write(answer.bytes);
+    if (answer.then == HttpAnswer::Close)
+        socket->disconnectFromHost();
+    if (answer.then != HttpAnswer::Repeat)
+        return;
+    const auto refill = [socket, bytes = answer.repeated] {
+        if (socket->bytesToWrite() == 0)
+            socket->write(bytes);
+    };
+    connect(socket, &QTcpSocket::bytesWritten, socket, refill);
+    refill();
+}
+
+} // namespace ts::pm::test
