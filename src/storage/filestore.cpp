@@ -6,6 +6,7 @@
 #include <Tamsel/Locations>
 
 #include <QFile>
+#include <QStringBuilder>
 
 #include <algorithm>
 
@@ -91,8 +92,8 @@ QString FileStore::pathForId(const QString &id) const
     if (!isValidId(id))
         return QString();
     const QString name = id.toLower();
-    return d->storeDir.absoluteFilePath(QLatin1String("files/") + name.leftRef(2) + QLatin1Char('/')
-                                        + name.midRef(2));
+    return d->storeDir.absolutePath() % QLatin1String("/files/") % name.leftRef(2) % QLatin1Char('/')
+           % name.midRef(2);
 }
 
 bool FileStore::contains(const QString &id) const

@@ -12,14 +12,13 @@ namespace ts::pm {
 
 namespace {
 
-enum CommitResult {
-    Stored = 0,
-    NotOpen = 1,
-    ChecksumMismatch = 2,
-    OpenFailed = 3,
-    WriteFailed = 4,
-    CommitFailed = 5,
-};
+// Results of commit().
+constexpr int stored = 0;
+constexpr int targetNotOpen = 1;
+constexpr int checksumMismatch = 2;
+constexpr int openFailed = 3;
+constexpr int writeFailed = 4;
+constexpr int commitFailed = 5;
 
 } // namespace
 
@@ -41,14 +40,14 @@ bool FileStoreTarget::open()
 int FileStoreTarget::commit()
 {
     if (!isOpen())
-        return NotOpen;
+        return targetNotOpen;
     close();
     // Taken as good unseen, which also makes two downloads of one file at the same time harmless.
     if (QFile::exists(path))
-        return Stored;
+        return stored;
     if (!matchesId()) {
         qCCritical(lcPackageFileStore) << "Checksum verification of file ID" << id << "failed";
-        return ChecksumMismatch;
+        return checksumMismatch;
     }
     return save();
 }
@@ -65,19 +64,19 @@ int FileStoreTarget::save() const
     if (!file.open(QIODevice::WriteOnly)) {
         qCCritical(lcPackageFileStore)
             << "Failed to open storage file for ID" << id << file.errorString() << file.error();
-        return OpenFailed;
+        return openFailed;
     }
     if (file.write(content) != content.size()) {
         qCCritical(lcPackageFileStore)
             << "Failed to write data to target file for ID" << id << file.errorString() << file.error();
-        return WriteFailed;
+        return writeFailed;
     }
     if (!commitFlushed(file)) {
         qCCritical(lcPackageFileStore)
             << "Failed to commit target file for ID" << id << file.errorString() << file.error();
-        return CommitFailed;
+        return commitFailed;
     }
-    return Stored;
+    return stored;
 }
 
 } // namespace ts::pm

@@ -4,12 +4,23 @@
 #include "storage/installlocationroot_p.h"
 
 #include <QFile>
+#include <QStringBuilder>
 
 #include <algorithm>
+
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
 
 namespace ts::pm {
 
 namespace {
+
+// Resource paths begin with a colon.
+bool isAbsolute(const QString &path)
+{
+    return path.startsWith(QLatin1Char('/')) || path.startsWith(QLatin1Char(':'));
+}
 
 bool hasDrive(const QString &path)
 {
@@ -22,9 +33,25 @@ bool staysBelow(const QString &path)
 {
     if (path.contains(QChar::Null))
         return false;
+    if (!path.contains(QLatin1String("..")))
+        return true;
     const QVector<QStringRef> segments = path.splitRef(QLatin1Char('/'));
     return std::none_of(segments.begin(), segments.end(),
                         [](const QStringRef &segment) { return segment == QLatin1String(".."); });
+}
+
+// One system call, which fails and changes nothing if there is something at the target already. Sources that
+// are no plain paths of this system, such as Qt resources, are left to Qt.
+bool linkPlainFile(const QString &source, const QString &target)
+{
+#ifdef Q_OS_UNIX
+    return source.startsWith(QLatin1Char('/')) && !source.contains(QChar::Null)
+           && symlink(QFile::encodeName(source).constData(), QFile::encodeName(target).constData()) == 0;
+#else
+    Q_UNUSED(source)
+    Q_UNUSED(target)
+    return false;
+#endif
 }
 
 } // namespace
@@ -64,16 +91,25 @@ QDir InstallLocation::directory(bool create) const
     return directory;
 }
 
+QString InstallLocation::filePath(const QString &name) const
+{
+    return root->directory().absolutePath() % QLatin1Char('/') % path % QLatin1Char('/') % name;
+}
+
 bool InstallLocation::isInsideRoot(const QString &name) const
 {
-    return staysBelow(path) && staysBelow(name) && !QDir::isAbsolutePath(name) && !hasDrive(name);
+    return staysBelow(path) && staysBelow(name) && !isAbsolute(path) && !isAbsolute(name) && !hasDrive(name);
 }
 
 bool InstallLocation::installFile(const QString &source, const QString &name) const
 {
     if (!root || !isInsideRoot(name))
         return false;
-    const QString target = directory(true).absoluteFilePath(name);
+    // Nearly all files are new ones in a directory that exists: these need no look at the disk before.
+    const QString target = filePath(name);
+    if (linkPlainFile(source, target))
+        return true;
+    directory(true);
     if (QFile::exists(target))
         return true;
     if (QFile::link(source, target))

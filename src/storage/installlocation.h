@@ -69,6 +69,7 @@ public:
 
 private:
     bool isInsideRoot(const QString &name) const;
+    QString filePath(const QString &name) const;
 
     QSharedPointer<InstallLocationRoot> root;
     QString path;
