@@ -1,0 +1,283 @@
+#include "ledger/cataloguereader.h"
+
+#include "ledger/filecopy.h"
+#include "ledger/keywordfile.h"
+#include "ledger/latin1.h"
+#include "ledger/progress.h"
+
+#include <TamselCrypto/JsonSignature>
+
+#include <QFile>
+#include <QFileInfo>
+#include <QHash>
+#include <QJsonDocument>
+#include <QtConcurrentMap>
+
+#include <algorithm>
+#include <tuple>
+
+namespace ts::ledger {
+
+namespace {
+
+constexpr int largestJsonFile = 1048576;      // bytes; applications read no more of a file
+constexpr int largestNumberOfLevels = 100000; // as many as applications examine
+
+constexpr QLatin1String manifestName = latin1("manifest.json");
+constexpr QLatin1String jsonSuffix = latin1(".json");
+
+// In a URL that is made of an id and the name of a file, these would not mean themselves.
+bool isSafeInUrls(const QString &name)
+{
+    return std::none_of(name.begin(), name.end(), [](QChar c) { return QLatin1String(":%?#").contains(c); });
+}
+
+struct Hashing
+{
+    CatalogueFile *file;
+    QString error;
+
+    void run(Progress &progress)
+    {
+        file->digest = FileCopy::digest(file->path, &error, [this, &progress](qint64 bytes) {
+            file->size += bytes;
+            progress.advance(bytes);
+        });
+    }
+};
+
+} // namespace
+
+CatalogueReader::CatalogueReader(const QString &root, SubDirectories subDirectories, Problems &problems)
+    : root(QFileInfo(root).isDir() ? QFileInfo(root).canonicalFilePath() : QString())
+    , subDirectories(subDirectories)
+    , problems(problems)
+    , listing(this->root, problems)
+{
+    if (this->root.isEmpty())
+        problems.addError(root, QStringLiteral("no such directory"));
+}
+
+Catalogue CatalogueReader::read()
+{
+    if (root.isEmpty())
+        return {};
+    const QString packages = QStringLiteral("packages");
+    const QString dictionary = QStringLiteral("dictionary");
+    const QString links = QStringLiteral("links");
+    bool isCatalogue = false;
+    for (const DirectoryEntry &entry : listing.entries(root)) {
+        if (entry.kind != DirectoryEntry::Directory)
+            continue;
+        if (entry.name == packages)
+            readPackages(entry.path, QString());
+        else if (entry.name == dictionary || entry.name == links) {
+            for (const DirectoryEntry &file : jsonFiles(entry.path))
+                entry.name == links ? readLink(file) : readKeyword(file);
+        } else
+            continue;
+        isCatalogue = true;
+    }
+    if (!isCatalogue)
+        problems.addError(root, QStringLiteral("holds no directory 'packages', 'dictionary' or 'links'"));
+    digestFiles();
+    sort();
+    checkIds();
+    checkLinks();
+    return catalogue;
+}
+
+void CatalogueReader::readPackages(const QString &directory, const QString &type)
+{
+    const QString canonicalPath = QFileInfo(directory).canonicalFilePath();
+    if (presentPath.contains(canonicalPath))
+        return problems.addError(listing.placeOf(directory),
+                                 QStringLiteral("the link leads back up to a directory above it"));
+    if (++levels > largestNumberOfLevels) {
+        if (levels == largestNumberOfLevels + 1)
+            problems.addError(listing.placeOf(directory),
+                              QStringLiteral("one of more than %1 type levels").arg(largestNumberOfLevels));
+        return;
+    }
+    presentPath.insert(canonicalPath);
+    for (const DirectoryEntry &entry : listing.entries(directory)) {
+        if (entry.kind != DirectoryEntry::Directory)
+            problems.addWarning(listing.placeOf(entry.path),
+                                QStringLiteral("belongs to no package, passed over"));
+        else if (QFileInfo::exists(entry.path + QLatin1Char('/') + manifestName))
+            readPackage(entry, type);
+        else
+            readTypeLevel(entry, type);
+    }
+    presentPath.remove(canonicalPath);
+}
+
+void CatalogueReader::readTypeLevel(const DirectoryEntry &entry, const QString &type)
+{
+    if (entry.name.contains(QLatin1Char(':')))
+        problems.addError(listing.placeOf(entry.path), QStringLiteral("a ':' in the name of a type level"));
+    else
+        readPackages(entry.path, type.isEmpty() ? entry.name : type + QLatin1Char(':') + entry.name);
+}
+
+void CatalogueReader::readPackage(const DirectoryEntry &entry, const QString &type)
+{
+    CataloguePackage package;
+    package.info.id = entry.name;
+    package.info.type = type;
+    package.origin = listing.placeOf(entry.path);
+    for (const DirectoryEntry &file : listing.entries(entry.path))
+        addFile(package, file);
+    catalogue.packages.append(package);
+}
+
+void CatalogueReader::addFile(CataloguePackage &package, const DirectoryEntry &entry)
+{
+    const QString place = listing.placeOf(entry.path);
+    if (entry.kind == DirectoryEntry::Other)
+        return problems.addError(place, QStringLiteral("is no regular file"));
+    if (entry.kind == DirectoryEntry::Directory) {
+        if (subDirectories == SubDirectories::Skip)
+            return problems.addWarning(place, QStringLiteral("sub-directory of a package, left out"));
+        return problems.addError(place,
+                                 QStringLiteral("sub-directory of a package; its files do not install"));
+    }
+    if (entry.name == manifestName) {
+        package.manifest = readObject(entry.path).value_or(QJsonObject());
+        return;
+    }
+    if (!isSafeInUrls(package.info.id) || !isSafeInUrls(entry.name))
+        problems.addWarning(place, QStringLiteral("one of ':%?#' in the id or in the name; the file can only "
+                                                  "be shown once it is installed"));
+    package.files.append({entry.name, entry.path, 0, QByteArray()});
+}
+
+QVector<DirectoryEntry> CatalogueReader::jsonFiles(const QString &directory)
+{
+    QVector<DirectoryEntry> files = listing.entries(directory);
+    const auto isUseless = [this](const DirectoryEntry &entry) {
+        if (entry.kind == DirectoryEntry::File && entry.name.endsWith(jsonSuffix)) {
+            if (entry.name.indexOf(QLatin1Char('.')) == entry.name.size() - jsonSuffix.size())
+                return false;
+            problems.addError(listing.placeOf(entry.path),
+                              QStringLiteral("a dot in the name before '.json'"));
+        } else
+            problems.addWarning(listing.placeOf(entry.path), QStringLiteral("no file '*.json', passed over"));
+        return true;
+    };
+    files.erase(std::remove_if(files.begin(), files.end(), isUseless), files.end());
+    return files;
+}
+
+void CatalogueReader::readKeyword(const DirectoryEntry &entry)
+{
+    const std::optional<QJsonObject> object = readObject(entry.path);
+    if (!object)
+        return;
+    const QString place = listing.placeOf(entry.path);
+    catalogue.keywords.append(
+        {KeywordFile(*object, place, problems).keyword(entry.name.chopped(jsonSuffix.size())), place});
+}
+
+void CatalogueReader::readLink(const DirectoryEntry &entry)
+{
+    const std::optional<QJsonObject> object = readObject(entry.path);
+    if (!object)
+        return;
+    const QString place = listing.placeOf(entry.path);
+    const QString type = object->value(QLatin1String("type")).toString();
+    const pm::LinkInfo info{pm::Link::typeFromString(type), object->value(QLatin1String("from")).toString(),
+                            object->value(QLatin1String("to")).toString()};
+    if (info.type == pm::InvalidLink)
+        problems.addError(place, QStringLiteral("there is no link type '%1'").arg(type));
+    catalogue.links.append({info, place});
+}
+
+std::optional<QJsonObject> CatalogueReader::readObject(const QString &path)
+{
+    const QString place = listing.placeOf(path);
+    QFile file(path);
+    QJsonParseError error;
+    if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly))
+        problems.addError(place, QStringLiteral("cannot be read"));
+    else if (file.size() > largestJsonFile)
+        problems.addError(place, QStringLiteral("%1 bytes; at most %2 are possible in a JSON file")
+                                     .arg(file.size())
+                                     .arg(largestJsonFile));
+    else if (const auto document = QJsonDocument::fromJson(file.readAll(), &error); error.error)
+        problems.addError(
+            place, QStringLiteral("no JSON, at byte %1: %2").arg(error.offset).arg(error.errorString()));
+    else if (!document.isObject())
+        problems.addError(place, QStringLiteral("no JSON object"));
+    else if (crypto::JsonSignature::toByteArray(document.object()).isNull())
+        problems.addError(place, QStringLiteral("no canonical form: half of a surrogate pair in a text, or a "
+                                                "number that is too large"));
+    else
+        return document.object();
+    return std::nullopt;
+}
+
+void CatalogueReader::digestFiles()
+{
+    QVector<Hashing> hashings;
+    qint64 total = 0;
+    for (CataloguePackage &package : catalogue.packages) {
+        for (CatalogueFile &file : package.files) {
+            hashings.append({&file, QString()});
+            total += QFileInfo(file.path).size();
+        }
+    }
+    Progress progress(QStringLiteral("Reading files"), total);
+    QtConcurrent::blockingMap(hashings, [&progress](Hashing &hashing) { hashing.run(progress); });
+    for (const Hashing &hashing : qAsConst(hashings)) {
+        if (!hashing.error.isNull())
+            problems.addError(listing.placeOf(hashing.file->path), hashing.error);
+    }
+}
+
+void CatalogueReader::sort()
+{
+    std::sort(catalogue.packages.begin(), catalogue.packages.end(),
+              [](const CataloguePackage &a, const CataloguePackage &b) {
+                  return std::tie(a.info.type, a.info.id) < std::tie(b.info.type, b.info.id);
+              });
+    std::sort(catalogue.links.begin(), catalogue.links.end(),
+              [](const CatalogueLink &a, const CatalogueLink &b) {
+                  return std::tie(a.info.from, a.info.to, a.info.type)
+                         < std::tie(b.info.from, b.info.to, b.info.type);
+              });
+}
+
+void CatalogueReader::checkIds()
+{
+    QHash<QString, QString> places;
+    const auto check = [this, &places](const QString &id, const QString &place) {
+        if (places.contains(id))
+            problems.addError(place,
+                              QStringLiteral("the id '%1' is that of %2, too").arg(id, places.value(id)));
+        places.insert(id, place);
+    };
+    for (const CatalogueKeyword &keyword : qAsConst(catalogue.keywords))
+        check(keyword.info.id, keyword.origin);
+    for (const CataloguePackage &package : qAsConst(catalogue.packages))
+        check(package.info.id, package.origin);
+}
+
+void CatalogueReader::checkLinks()
+{
+    QSet<QString> ids;
+    for (const CatalogueKeyword &keyword : qAsConst(catalogue.keywords))
+        ids.insert(keyword.info.id);
+    for (const CataloguePackage &package : qAsConst(catalogue.packages))
+        ids.insert(package.info.id);
+    for (const CatalogueLink &link : qAsConst(catalogue.links)) {
+        for (const QString &end : {link.info.from, link.info.to}) {
+            if (!ids.contains(end))
+                problems.addError(
+                    link.origin,
+                    QStringLiteral("no package and no keyword of this directory has the id '%1'").arg(end));
+        }
+    }
+}
+
+} // namespace ts::ledger

@@ -1,0 +1,46 @@
+#include "ledger/commands/commands.h"
+#include "ledger/commands/signedcatalogue.h"
+#include "ledger/console.h"
+#include "ledger/filecopy.h"
+#include "ledger/latin1.h"
+
+namespace ts::ledger {
+
+int build(const QStringList &arguments)
+{
+    constexpr QLatin1String output = latin1("output");
+    CommandLine line(
+        QStringLiteral("build"),
+        QStringLiteral("Makes the signed ledger of a catalogue in the local directory format. The same "
+                       "catalogue and key give the same bytes."));
+    SignedCatalogue::addOptions(line);
+    line.addOption(output, QStringLiteral("FILE"), QStringLiteral("Where the ledger goes."));
+    line.addArgument(QStringLiteral("CATALOGUE"), QStringLiteral("Directory of the catalogue."));
+    if (const auto exitCode = line.parse(arguments))
+        return *exitCode;
+    if (const auto exitCode = SignedCatalogue::findMissing(line))
+        return *exitCode;
+    if (const auto exitCode = line.findMissing({output}))
+        return *exitCode;
+
+    Problems problems;
+    SignedCatalogue result;
+    result.read(line, line.argument(0), problems);
+    result.sign(line, problems);
+    if (!Console::report(problems))
+        return Failure;
+    if (const QString error = FileCopy::write(result.ledger, line.value(output)); !error.isNull()) {
+        Console::error(error);
+        return Failure;
+    }
+    return Console::print(QStringLiteral("%1: %2 packages, %3 keywords, %4 links, %5 bytes")
+                              .arg(line.value(output))
+                              .arg(result.records.packages.size())
+                              .arg(result.records.keywords.size())
+                              .arg(result.records.links.size())
+                              .arg(result.ledger.size()))
+               ? Success
+               : Failure;
+}
+
+} // namespace ts::ledger

@@ -1,0 +1,50 @@
+#include "ledger/commandline.h"
+#include "ledger/commands/commands.h"
+#include "ledger/console.h"
+#include "ledger/filecopy.h"
+#include "ledger/issuercertificate.h"
+#include "ledger/keyfile.h"
+#include "ledger/latin1.h"
+
+namespace ts::ledger {
+
+int issue(const QStringList &arguments)
+{
+    constexpr QLatin1String rootKey = latin1("root-key");
+    constexpr QLatin1String name = latin1("name");
+    constexpr QLatin1String secondName = latin1("second-name");
+    constexpr QLatin1String output = latin1("output");
+    CommandLine line(
+        QStringLiteral("issue"),
+        QStringLiteral("Lets an issuer sign packages: the root key signs the issuer's public key into a "
+                       "certificate. Nothing else needs the root key, so it can be kept offline. The "
+                       "certificate is not secret."));
+    line.addOption(rootKey, QStringLiteral("FILE"), QStringLiteral("The private root key."));
+    line.addOption(name, QStringLiteral("TEXT"), QStringLiteral("The issuer's name, for people."));
+    line.addOption(secondName, QStringLiteral("TEXT"),
+                   QStringLiteral("What follows the name, such as a department."));
+    line.addOption(output, QStringLiteral("FILE"), QStringLiteral("Where the certificate goes."));
+    line.addArgument(QStringLiteral("KEY"), QStringLiteral("The issuer's public key."));
+    if (const auto exitCode = line.parse(arguments))
+        return *exitCode;
+    if (const auto exitCode = line.findMissing({rootKey, name, output}))
+        return *exitCode;
+
+    Problems problems;
+    const auto root = KeyFile::readPrivate(line.value(rootKey), problems);
+    const auto issuer = KeyFile::readPublic(line.argument(0), problems);
+    for (const QLatin1String option : {name, secondName}) {
+        if (line.value(option).toUtf8().size() > 0xFFFF)
+            problems.addError(QLatin1String("--") + option, QStringLiteral("more than 65535 bytes"));
+    }
+    if (!Console::report(problems))
+        return Failure;
+    const auto certificate = IssuerCertificate::make(line.value(name), line.value(secondName), issuer, root);
+    if (const QString error = FileCopy::write(certificate.toJson(), line.value(output)); !error.isNull()) {
+        Console::error(error);
+        return Failure;
+    }
+    return Success;
+}
+
+} // namespace ts::ledger

@@ -1,0 +1,76 @@
+#include "ledger/commands/commands.h"
+#include "ledger/commands/signedcatalogue.h"
+#include "ledger/console.h"
+#include "ledger/latin1.h"
+#include "ledger/publisher.h"
+
+#include <QFile>
+
+namespace ts::ledger {
+
+namespace {
+
+constexpr QLatin1String ledgerOption = latin1("ledger");
+constexpr QLatin1String pruneOption = latin1("prune");
+constexpr QLatin1String recheckOption = latin1("recheck");
+
+void takeLedger(SignedCatalogue &result, const CommandLine &line, Problems &problems)
+{
+    QFile file(line.value(ledgerOption));
+    if (!file.open(QIODevice::ReadOnly))
+        return problems.addError(file.fileName(), file.errorString());
+    result.takeLedger(file.readAll(), line, problems);
+}
+
+bool tell(const Publisher::Result &result)
+{
+    return Console::print(
+        QStringLiteral("%1 files written, %2 kept, %3 removed; the ledger is %4")
+            .arg(result.filesWritten)
+            .arg(result.filesKept)
+            .arg(result.filesRemoved)
+            .arg(result.ledgerWritten ? QStringLiteral("new") : QStringLiteral("unchanged")));
+}
+
+} // namespace
+
+int publish(const QStringList &arguments)
+{
+    CommandLine line(
+        QStringLiteral("publish"),
+        QStringLiteral(
+            "Brings a catalogue into the directory of a web server. Its ledger is built and signed, or was "
+            "before and is given with --ledger. Clients that read meanwhile see the old ledger or the new "
+            "one, and in either case all of its files."));
+    SignedCatalogue::addOptions(line);
+    line.addOption(ledgerOption, QStringLiteral("FILE"),
+                   QStringLiteral("Publish this ledger of the catalogue; no key is needed then."));
+    line.addFlag(pruneOption,
+                 QStringLiteral("Remove files that neither this ledger nor the one before it names."));
+    line.addFlag(recheckOption,
+                 QStringLiteral("Read the files that are there as well, and replace damaged ones."));
+    line.addArgument(QStringLiteral("CATALOGUE"), QStringLiteral("Directory of the catalogue."));
+    line.addArgument(QStringLiteral("TREE"), QStringLiteral("Directory that is served; made if need be."));
+    if (const auto exitCode = line.parse(arguments))
+        return *exitCode;
+    if (!line.isSet(ledgerOption)) {
+        if (const auto exitCode = SignedCatalogue::findMissing(line))
+            return *exitCode;
+    }
+
+    Problems problems;
+    SignedCatalogue result;
+    result.read(line, line.argument(0), problems);
+    line.isSet(ledgerOption) ? takeLedger(result, line, problems) : result.sign(line, problems);
+    if (!Console::report(problems))
+        return Failure;
+    Publisher publisher(ServerTree(line.argument(1)), {line.isSet(recheckOption), line.isSet(pruneOption)});
+    if (!publisher.publish(result.ledger, result.records, result.catalogue)) {
+        problems = {publisher.errors(), {}};
+        Console::report(problems);
+        return Failure;
+    }
+    return tell(publisher.result()) ? Success : Failure;
+}
+
+} // namespace ts::ledger

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "ledger/catalogue.h"
+#include "ledger/commandline.h"
+#include "ledger/ledgerrecords.h"
+#include "ledger/problems.h"
+
+#include <TamselCrypto/PublicKey>
+
+#include <QByteArray>
+
+namespace ts::ledger {
+
+/** A catalogue with its ledger: what the sub-commands "build" and "publish" begin with. One thread. */
+class SignedCatalogue
+{
+public:
+    /** Adds the options by which a catalogue is read and signed. */
+    static void addOptions(CommandLine &line);
+
+    /** The exit code if a key or certificate is missing on the command line. */
+    static std::optional<int> findMissing(const CommandLine &line);
+
+    /** Only reads the directory. Errors are in \a problems. */
+    void read(const CommandLine &line, const QString &directory, Problems &problems);
+
+    /** Signs what has been read, with the key and certificate of the command line. */
+    void sign(const CommandLine &line, Problems &problems);
+
+    /** Takes a ledger that was built before, and believes it no more than a client would. */
+    void takeLedger(const QByteArray &document, const CommandLine &line, Problems &problems);
+
+    Catalogue catalogue;
+    LedgerRecords records;
+    QByteArray ledger;
+};
+
+/** Adds the option "root-key" for the key that is believed. */
+void addRootKeyOption(CommandLine &line);
+
+/** The public key of the option "root-key", or the one built in. Unusable, with an error, if there is none.
+ */
+crypto::ed25519::PublicKey rootKey(const CommandLine &line, Problems &problems);
+
+} // namespace ts::ledger

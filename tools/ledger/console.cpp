@@ -1,0 +1,64 @@
+#include "ledger/console.h"
+
+#include <cstdio>
+
+#include <unistd.h>
+
+namespace ts::ledger {
+
+namespace {
+
+constexpr int mostMessages = 50;
+
+void tell(const char *colour, const char *kind, const QString &message)
+{
+    const bool coloured = Console::isErrorTerminal() && !qEnvironmentVariableIsSet("NO_COLOR");
+    std::fprintf(stderr, "tamsel-ledger: %s%s:%s %s\n", coloured ? colour : "", kind,
+                 coloured ? "\x1b[0m" : "", message.toUtf8().constData());
+}
+
+void tellAll(void (*tellOne)(const QString &), const QStringList &messages)
+{
+    for (const QString &message : messages.mid(0, mostMessages))
+        tellOne(message);
+    if (messages.size() > mostMessages)
+        tellOne(QStringLiteral("... and %1 more").arg(messages.size() - mostMessages));
+}
+
+} // namespace
+
+bool Console::isErrorTerminal()
+{
+    static const bool isTerminal = isatty(STDERR_FILENO);
+    return isTerminal;
+}
+
+void Console::error(const QString &message)
+{
+    tell("\x1b[1;31m", "error", message);
+}
+
+void Console::warning(const QString &message)
+{
+    tell("\x1b[1;33m", "warning", message);
+}
+
+void Console::hint(const QString &message)
+{
+    std::fprintf(stderr, "%s\n", message.toUtf8().constData());
+}
+
+bool Console::report(const Problems &problems)
+{
+    tellAll(&Console::warning, problems.warnings);
+    tellAll(&Console::error, problems.errors);
+    return problems.errors.isEmpty();
+}
+
+bool Console::print(const QString &line)
+{
+    return std::fputs((line + QLatin1Char('\n')).toUtf8().constData(), stdout) >= 0
+           && std::fflush(stdout) == 0;
+}
+
+} // namespace ts::ledger

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "ledger/problems.h"
+
+#include <QString>
+
+namespace ts::ledger {
+
+/** What the command says to people. Messages go to the error output, results to the standard output; colours
+ * to a terminal only, and not if NO_COLOR is set. Any thread. */
+class Console
+{
+public:
+    static bool isErrorTerminal();
+
+    static void error(const QString &message);
+    static void warning(const QString &message);
+    static void hint(const QString &message);
+
+    /** Tells all warnings and errors, but not hundreds of them. Returns true if there are no errors. */
+    static bool report(const Problems &problems);
+
+    /** A line of the result. False if the output does not take it. */
+    static bool print(const QString &line);
+};
+
+} // namespace ts::ledger

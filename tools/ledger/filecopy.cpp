@@ -1,0 +1,78 @@
+#include "ledger/filecopy.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QSaveFile>
+
+namespace ts::ledger {
+
+namespace {
+
+constexpr int bufferSize = 1048576; // bytes
+
+using Taker = std::function<bool(const char *bytes, qint64 size)>;
+
+// Null, or what went wrong; a taker that returns false has to know what that was.
+QString readAll(const QString &path, const Taker &take)
+{
+    QFile file(path);
+    QByteArray buffer(bufferSize, Qt::Uninitialized);
+    qint64 size = file.open(QIODevice::ReadOnly) ? 0 : -1;
+    while (size >= 0 && (size = file.read(buffer.data(), buffer.size())) > 0) {
+        if (!take(buffer.constData(), size))
+            return QString();
+    }
+    return size < 0 ? QStringLiteral("%1: %2").arg(path, file.errorString()) : QString();
+}
+
+// Bytes that a full disk refuses only when buffers are flushed go unnoticed by QSaveFile::commit().
+QString commit(QSaveFile &file)
+{
+    if (file.error() == QFileDevice::NoError && file.flush() && file.commit())
+        return QString();
+    return QStringLiteral("%1: %2").arg(file.fileName(), file.errorString());
+}
+
+} // namespace
+
+QString FileCopy::copy(const QString &source, const QString &target, const QByteArray &digest,
+                       const Listener &listener)
+{
+    QSaveFile file(target);
+    if (!file.open(QIODevice::WriteOnly))
+        return QStringLiteral("%1: %2").arg(target, file.errorString());
+    QCryptographicHash hash(QCryptographicHash::Sha224);
+    const QString error = readAll(source, [&](const char *bytes, qint64 size) {
+        hash.addData(bytes, int(size));
+        listener(size);
+        return file.write(bytes, size) == size;
+    });
+    if (!error.isNull())
+        return error;
+    if (file.error() == QFileDevice::NoError && hash.result() != digest)
+        return QStringLiteral("%1: the file has changed since the ledger was built").arg(source);
+    return commit(file);
+}
+
+QString FileCopy::write(const QByteArray &content, const QString &target)
+{
+    QSaveFile file(target);
+    if (!file.open(QIODevice::WriteOnly))
+        return QStringLiteral("%1: %2").arg(target, file.errorString());
+    file.write(content);
+    return commit(file);
+}
+
+QByteArray FileCopy::digest(const QString &path, QString *error, const Listener &listener)
+{
+    QCryptographicHash hash(QCryptographicHash::Sha224);
+    *error = readAll(path, [&](const char *bytes, qint64 size) {
+        hash.addData(bytes, int(size));
+        if (listener)
+            listener(size);
+        return true;
+    });
+    return error->isNull() ? hash.result() : QByteArray();
+}
+
+} // namespace ts::ledger

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+#include <functional>
+
+namespace ts::ledger {
+
+/** Files that appear whole, and on the disk, or not at all. Any thread. */
+class FileCopy
+{
+public:
+    /** Is told of bytes as they are written. */
+    using Listener = std::function<void(qint64 bytes)>;
+
+    /** Copies \a source, whose SHA-224 has to be \a digest, to \a target. Null, or what went wrong. */
+    static QString copy(const QString &source, const QString &target, const QByteArray &digest,
+                        const Listener &listener);
+
+    /** Null, or what went wrong. */
+    static QString write(const QByteArray &content, const QString &target);
+
+    /** The SHA-224 of a file; null, with what went wrong in \a error, if it cannot be read to its end. */
+    static QByteArray digest(const QString &path, QString *error, const Listener &listener = {});
+};
+
+} // namespace ts::ledger

@@ -1,0 +1,191 @@
+#include "ledger/ledgerreport.h"
+
+#include "ledger/texttable.h"
+#include "presentation/keyword.h"
+#include "repository/link.h"
+
+#include <QCryptographicHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+
+namespace ts::ledger {
+
+namespace {
+
+QString toText(const QByteArray &bytes)
+{
+    return QString::fromUtf8(bytes);
+}
+
+QString goodOrBad(bool good)
+{
+    return good ? QStringLiteral("good") : QStringLiteral("BAD");
+}
+
+// What clients make of the signature to tell versions of a package apart.
+QString revisionOf(const PackageRecord &package)
+{
+    return QString::fromLatin1(package.signature.left(24).toBase64());
+}
+
+QString fingerprintOf(const IssuerRecord &issuer)
+{
+    return QString::fromLatin1(
+        QCryptographicHash::hash(issuer.publicKey, QCryptographicHash::Sha256).toHex());
+}
+
+QString typeOf(const KeywordRecord &keyword)
+{
+    static const QStringList names{QStringLiteral("noun"), QStringLiteral("name"),
+                                   QStringLiteral("adjective"), QStringLiteral("literal"),
+                                   QStringLiteral("category")};
+    return names.value(keyword.type, QString::number(keyword.type));
+}
+
+QString typeOf(const LinkRecord &link)
+{
+    static const QStringList names{QStringLiteral("is_a"),       QStringLiteral("contains"),
+                                   QStringLiteral("relates_to"), QStringLiteral("is_not_a"),
+                                   QStringLiteral("is"),         QStringLiteral("uses"),
+                                   QStringLiteral("requires")};
+    return names.value(link.type, QString::number(link.type));
+}
+
+QString displayOf(const QByteArray &value)
+{
+    return toText(value).replace(QChar::Null, QLatin1String(" / "));
+}
+
+template<typename Record, typename Function>
+QJsonArray mapped(const QVector<Record> &records, Function function)
+{
+    QJsonArray result;
+    for (const Record &record : records)
+        result.append(function(record));
+    return result;
+}
+
+} // namespace
+
+LedgerReport::LedgerReport(const LedgerRecords &records, const LedgerVerification &verification)
+    : records(records)
+    , verification(verification)
+{
+}
+
+QString LedgerReport::summary() const
+{
+    return QStringLiteral("%1 issuers, %2 packages of %3 types, %4 keywords in %5 languages, %6 links")
+        .arg(records.issuers.size())
+        .arg(records.packages.size())
+        .arg(records.types.size())
+        .arg(records.keywords.size())
+        .arg(records.languages.size())
+        .arg(records.links.size());
+}
+
+QString LedgerReport::toText() const
+{
+    TextTable issuers({QStringLiteral("ISSUER"), QStringLiteral("SECOND NAME"), QStringLiteral("SIGNATURE"),
+                       QStringLiteral("SHA-256 OF THE KEY")});
+    for (int i = 0; i < records.issuers.size(); ++i) {
+        const IssuerRecord &issuer = records.issuers.at(i);
+        issuers.addRow({ledger::toText(issuer.name), ledger::toText(issuer.secondName),
+                        goodOrBad(verification.issuers.at(i)), fingerprintOf(issuer)});
+    }
+    TextTable packages({QStringLiteral("TYPE"), QStringLiteral("PACKAGE"), QStringLiteral("FILES"),
+                        QStringLiteral("SIGNATURE"), QStringLiteral("REVISION")});
+    for (int i = 0; i < records.packages.size(); ++i) {
+        const PackageRecord &package = records.packages.at(i);
+        packages.addRow({ledger::toText(records.types.at(package.type)), ledger::toText(package.id),
+                         QString::number(package.files.size()), goodOrBad(verification.packages.at(i)),
+                         revisionOf(package)});
+    }
+    TextTable keywords({QStringLiteral("KEYWORD"), QStringLiteral("KIND"), QStringLiteral("FIRST STRINGS")});
+    for (const KeywordRecord &keyword : records.keywords) {
+        QStringList strings;
+        for (const TranslationRecord &translation : keyword.translations)
+            strings.append(displayOf(translation.values.value(0)));
+        keywords.addRow({ledger::toText(keyword.id), typeOf(keyword), strings.join(QLatin1String(", "))});
+    }
+    TextTable links({QStringLiteral("FROM"), QStringLiteral("LINK"), QStringLiteral("TO")});
+    for (const LinkRecord &link : records.links)
+        links.addRow(
+            {endOf(link.source, link.flags & 0x0F), typeOf(link), endOf(link.target, link.flags > 0x0F)});
+    return QStringList{summary(), issuers.toText(), packages.toText(), keywords.toText(), links.toText()}
+        .join(QLatin1String("\n\n"));
+}
+
+// A link can name what is not there.
+QString LedgerReport::endOf(quint32 index, bool isPackage) const
+{
+    const qint64 count = isPackage ? records.packages.size() : records.keywords.size();
+    if (qint64(index) >= count)
+        return QStringLiteral("?%1").arg(index);
+    return ledger::toText(isPackage ? records.packages.at(int(index)).id
+                                    : records.keywords.at(int(index)).id);
+}
+
+QJsonObject LedgerReport::toJson() const
+{
+    QJsonArray issuers;
+    for (int i = 0; i < records.issuers.size(); ++i)
+        issuers.append(issuerJson(i));
+    QJsonArray packages;
+    for (int i = 0; i < records.packages.size(); ++i)
+        packages.append(packageJson(i));
+    return {{QStringLiteral("issuers"), issuers},
+            {QStringLiteral("languages"), mapped(records.languages, &ledger::toText)},
+            {QStringLiteral("keywords"),
+             mapped(records.keywords, [this](const auto &k) { return keywordJson(k); })},
+            {QStringLiteral("packages"), packages},
+            {QStringLiteral("links"), mapped(records.links, [this](const auto &l) { return linkJson(l); })}};
+}
+
+QJsonObject LedgerReport::issuerJson(int index) const
+{
+    const IssuerRecord &issuer = records.issuers.at(index);
+    return {{QStringLiteral("name"), ledger::toText(issuer.name)},
+            {QStringLiteral("secondName"), ledger::toText(issuer.secondName)},
+            {QStringLiteral("keySha256"), fingerprintOf(issuer)},
+            {QStringLiteral("signatureGood"), verification.issuers.at(index)}};
+}
+
+QJsonObject LedgerReport::keywordJson(const KeywordRecord &keyword) const
+{
+    QJsonObject strings;
+    for (const TranslationRecord &translation : keyword.translations) {
+        const auto pieces = [](const QByteArray &value) {
+            return QJsonValue(mapped(value.split('\0').toVector(), &ledger::toText));
+        };
+        strings.insert(ledger::toText(records.languages.at(translation.language)),
+                       mapped(translation.values, pieces));
+    }
+    return {{QStringLiteral("id"), ledger::toText(keyword.id)},
+            {QStringLiteral("type"), typeOf(keyword)},
+            {QStringLiteral("strings"), strings}};
+}
+
+QJsonObject LedgerReport::packageJson(int index) const
+{
+    const PackageRecord &package = records.packages.at(index);
+    QJsonObject files;
+    for (const FileRecord &file : package.files)
+        files.insert(ledger::toText(file.path), QString::fromLatin1(file.digest.toHex()));
+    return {{QStringLiteral("id"), ledger::toText(package.id)},
+            {QStringLiteral("type"), ledger::toText(records.types.at(package.type))},
+            {QStringLiteral("issuer"), ledger::toText(records.issuers.at(package.issuer).name)},
+            {QStringLiteral("revision"), revisionOf(package)},
+            {QStringLiteral("manifest"), QJsonDocument::fromJson(package.manifest).object()},
+            {QStringLiteral("files"), files},
+            {QStringLiteral("signatureGood"), verification.packages.at(index)}};
+}
+
+QJsonObject LedgerReport::linkJson(const LinkRecord &link) const
+{
+    return {{QStringLiteral("from"), endOf(link.source, link.flags & 0x0F)},
+            {QStringLiteral("type"), typeOf(link)},
+            {QStringLiteral("to"), endOf(link.target, link.flags > 0x0F)}};
+}
+
+} // namespace ts::ledger

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <QStringList>
+#include <QVector>
+
+namespace ts::ledger {
+
+/** Rows of text in columns that are as wide as they need to be. A value. */
+class TextTable
+{
+public:
+    explicit TextTable(const QStringList &head) { addRow(head); }
+
+    /** As many cells as the head has. */
+    void addRow(const QStringList &cells) { rows.append(cells); }
+
+    QString toText() const;
+
+private:
+    QVector<QStringList> rows;
+};
+
+} // namespace ts::ledger
