@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace ts::crypto {
 
@@ -35,15 +36,29 @@ bool operator<(const Member &left, const Member &right)
 
 using Members = QVarLengthArray<Member, 12>;
 
-Members sortedMembers(const QJsonObject &object)
+bool isStrictlyAscending(const Members &members)
+{
+    const auto notBefore = [](const Member &left, const Member &right) { return !(left < right); };
+    return std::adjacent_find(members.cbegin(), members.cend(), notBefore) == members.cend();
+}
+
+// False if two keys are equal. Qt 5.15 keeps both when the text wrote one of them with an escape and the
+// other one without, and a third key came in between.
+bool sortMembers(Members *members)
+{
+    // QJsonObject has an order of its own, which is rarely another one.
+    if (isStrictlyAscending(*members))
+        return true;
+    std::sort(members->begin(), members->end());
+    return isStrictlyAscending(*members);
+}
+
+Members membersOf(const QJsonObject &object)
 {
     Members members;
     members.reserve(object.size());
     for (auto it = object.constBegin(); it != object.constEnd(); ++it)
         members.append({it.key(), it});
-    // QJsonObject has an order of its own, which differs beyond the basic plane only.
-    if (!std::is_sorted(members.cbegin(), members.cend()))
-        std::sort(members.begin(), members.end());
     return members;
 }
 
@@ -106,8 +121,10 @@ bool CanonicalJson::write(const QJsonObject &object)
         return false;
     put('{');
     bool first = true;
-    const Members members = sortedMembers(object);
-    for (const Member &member : members) {
+    Members members = membersOf(object);
+    if (!sortMembers(&members))
+        return false;
+    for (const Member &member : std::as_const(members)) {
         if (!reserve(1))
             return false;
         if (!first)
