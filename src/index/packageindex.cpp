@@ -9,6 +9,9 @@
 #include "repository/packageaccessor.h"
 #include "repository/packagesource.h"
 
+#include <QCoreApplication>
+#include <QThread>
+
 #include <algorithm>
 #include <utility>
 
@@ -20,6 +23,28 @@ quint64 nextSerial()
 {
     static std::atomic<quint64> last{0};
     return ++last;
+}
+
+using Accessors = std::vector<std::unique_ptr<PackageAccessor>>;
+
+void destroyFromLastToFirst(Accessors &accessors)
+{
+    while (!accessors.empty())
+        accessors.pop_back();
+}
+
+// Sources make accessors on their own thread, where they may have to sign off from other objects. The last
+// share of an index may go on a worker thread.
+void destroyOnMainThread(Accessors &accessors)
+{
+    QCoreApplication *application = QCoreApplication::instance();
+    if (!application || application->thread() == QThread::currentThread()) {
+        destroyFromLastToFirst(accessors);
+        return;
+    }
+    const auto shared = std::make_shared<Accessors>(std::move(accessors));
+    QMetaObject::invokeMethod(
+        application, [shared] { destroyFromLastToFirst(*shared); }, Qt::QueuedConnection);
 }
 
 void sortPackages(QVector<const PackageNode *> &packages, const PackageIndex::PackageOrder &less)
@@ -38,8 +63,8 @@ PackageIndexPrivate::PackageIndexPrivate(PackageIndex *q)
 {
 }
 
-// Nodes first, then the lock of the install root, then the accessors from last to first, and the strings that
-// all of them may refer to last of all.
+// Nodes first, then the lock of the install root, then the accessors from last to first. The strings that
+// nodes refer to go last of all.
 PackageIndexPrivate::~PackageIndexPrivate()
 {
     qDeleteAll(nodes);
@@ -49,8 +74,7 @@ PackageIndexPrivate::~PackageIndexPrivate()
         manifest = next;
     }
     installLocation = InstallLocation();
-    while (!accessors.empty())
-        accessors.pop_back();
+    destroyOnMainThread(accessors);
 }
 
 void PackageIndexPrivate::retire(TranslatedManifest *manifest)
