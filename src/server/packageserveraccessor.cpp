@@ -1,0 +1,237 @@
+#include "server/packageserveraccessor.h"
+
+#include "logging_p.h"
+#include "server/ledgerfile_p.h"
+#include "server/mainthread_p.h"
+#include "server/packagefiles_p.h"
+#include "server/packageledger.h"
+#include "server/packageserverinstaller.h"
+#include "server/proxypath_p.h"
+#include "storage/fileproxyserver.h"
+#include "storage/filestore.h"
+#include "storage/filestoretarget.h"
+
+#include <Tamsel/Request>
+#include <TamselAccount/Service>
+
+#include <QJsonDocument>
+
+namespace ts::pm {
+
+namespace {
+
+constexpr int digestSize = 28;    // bytes, SHA-224
+constexpr int revisionBytes = 24; // of a signature
+constexpr int httpOk = 200;
+constexpr int notFound = 404;
+constexpr int internalError = 500;
+constexpr int badGateway = 502;
+constexpr quint8 sourceIsPackage = 0x0f; // any of these bits
+constexpr quint8 targetIsPackage = 0xf0;
+
+QByteArray bytesOf(const Utf8String &text)
+{
+    return QByteArray::fromRawData(text.data, text.length);
+}
+
+QByteArray digestBytes(const unsigned char *digest)
+{
+    return QByteArray(reinterpret_cast<const char *>(digest), digestSize);
+}
+
+Keyword::Type keywordType(int number)
+{
+    return number >= Keyword::Noun && number <= Keyword::Category ? Keyword::Type(number) : Keyword::Invalid;
+}
+
+LinkType linkType(quint32 number)
+{
+    return number <= Requires ? LinkType(number) : InvalidLink;
+}
+
+// A noun has two forms, singular and plural, with a NUL between them.
+LangString langString(const QString &language, const Utf8String &value)
+{
+    const QList<QByteArray> forms = bytesOf(value).split('\0');
+    return {language, QString::fromUtf8(forms.at(0)),
+            forms.size() > 1 ? QString::fromUtf8(forms.at(1)) : QString()};
+}
+
+template<typename Entry>
+QString idAt(const QVector<Entry> &entries, quint32 index)
+{
+    return index < quint32(entries.size()) ? entries.at(int(index)).id.toString() : QString();
+}
+
+QString endOfLink(const PackageLedger &ledger, bool isPackage, quint32 index)
+{
+    return isPackage ? idAt(ledger.packages, index) : idAt(ledger.keywords, index);
+}
+
+} // namespace
+
+PackageServerAccessor::PackageServerAccessor(ts::account::Service *service,
+                                             const QSharedPointer<PackageLedger> &ledger)
+    : ledger(ledger)
+    , service(service)
+    , store(FileStore::defaultStore())
+{
+}
+
+// A download under way answers nobody any more, since the server then finds nobody under the key.
+PackageServerAccessor::~PackageServerAccessor()
+{
+    if (proxy)
+        proxy->uninstall(proxyKey);
+}
+
+void PackageServerAccessor::initialize() {}
+
+int PackageServerAccessor::packageCount() const
+{
+    return ledger->packages.size();
+}
+
+// The revision comes from the signature, so that a package that is signed anew gets a new one.
+PackageInfo PackageServerAccessor::packageInfo(int index) const
+{
+    const PackageEntry &package = ledger->packages.at(index);
+    const auto *signature = reinterpret_cast<const char *>(package.signature);
+    const QByteArray revision = QByteArray::fromRawData(signature, revisionBytes).toBase64();
+    return {package.id.toString(), ledger->types.at(package.typeIndex).toString(),
+            QString::fromLatin1(revision)};
+}
+
+QJsonObject PackageServerAccessor::packageManifest(int index) const
+{
+    QJsonParseError error;
+    const QByteArray manifest = bytesOf(ledger->packages.at(index).manifest);
+    const QJsonDocument document = QJsonDocument::fromJson(manifest, &error);
+    if (error.error != QJsonParseError::NoError)
+        qCCritical(lcLedger) << "Package manifest parsing failed:" << error.errorString();
+    return document.object();
+}
+
+QUrl PackageServerAccessor::packageFileUrl(int index, const QString &name) const
+{
+    const PackageEntry &package = ledger->packages.at(index);
+    const unsigned char *digest = fileDigest(package, name);
+    if (!digest)
+        return QUrl();
+    const QString id = QString::fromLatin1(digestBytes(digest).toHex());
+    if (store->contains(id))
+        return QUrl::fromLocalFile(store->pathForId(id));
+    const QUrl url = proxyPath(package.id.toString(), name);
+    return askMainThread([this, url] { return proxyUrl(url); });
+}
+
+// From the first call on, the server knows this object until it is destroyed.
+QUrl PackageServerAccessor::proxyUrl(const QUrl &url) const
+{
+    if (!proxy) {
+        proxy = FileProxyServer::defaultServer();
+        proxyKey = proxy->install(const_cast<PackageServerAccessor *>(this));
+    }
+    return proxy->fileUrl(proxyKey, url);
+}
+
+PackageInstaller *PackageServerAccessor::packageInstaller(int index, const InstallLocation &location) const
+{
+    QHash<QString, QByteArray> files;
+    const QVector<PackageFile> packaged = packageFiles(ledger->packages.at(index));
+    files.reserve(packaged.size());
+    for (const PackageFile &file : packaged)
+        files.insert(file.path, digestBytes(file.digest));
+    return new PackageServerInstaller(files, service, store, location);
+}
+
+int PackageServerAccessor::keywordCount() const
+{
+    return ledger->keywords.size();
+}
+
+KeywordInfo PackageServerAccessor::keywordInfo(int index) const
+{
+    const KeywordEntry &keyword = ledger->keywords.at(index);
+    KeywordInfo info{keyword.id.toString(), keywordType(keyword.type), {}};
+    for (auto group = keyword.names.begin(); group != keyword.names.end(); ++group) {
+        const QString language = ledger->languages.at(group.key()).toString();
+        for (const Utf8String &value : group.value())
+            info.strings.append(langString(language, value));
+    }
+    return info;
+}
+
+QStringList PackageServerAccessor::keywordLanguages() const
+{
+    QStringList languages;
+    languages.reserve(ledger->languages.size());
+    for (const Utf8String &language : qAsConst(ledger->languages))
+        languages.append(language.toString());
+    return languages;
+}
+
+int PackageServerAccessor::linkCount() const
+{
+    return ledger->links.size();
+}
+
+LinkInfo PackageServerAccessor::linkInfo(int index) const
+{
+    const LinkEntry &link = ledger->links.at(index);
+    return {linkType(link.type), endOfLink(*ledger, link.flags & sourceIsPackage, link.source),
+            endOfLink(*ledger, link.flags & targetIsPackage, link.target)};
+}
+
+void PackageServerAccessor::requestFile(const QUrl &url)
+{
+    if (!service) {
+        proxy->resolveFile(proxyKey, url, badGateway, QString());
+        return;
+    }
+    const QString id = requestedFileId(url);
+    if (id.isEmpty())
+        proxy->resolveFile(proxyKey, url, notFound, QString());
+    else if (store->contains(id))
+        proxy->resolveFile(proxyKey, url, httpOk, store->pathForId(id));
+    else
+        loadFile(id, url);
+}
+
+QString PackageServerAccessor::requestedFileId(const QUrl &url) const
+{
+    const QStringList parts = url.path(QUrl::FullyDecoded).split(QLatin1Char('/'));
+    if (parts.size() < 2)
+        return QString();
+    const QString plain = fileId(parts.at(0).toLatin1(), QStringList(parts.mid(1)).join(QLatin1Char('/')));
+    const QStringList escaped = unescapedProxyPath(parts);
+    return plain.isEmpty() && !escaped.isEmpty() ? fileId(escaped.at(0).toUtf8(), escaped.at(1)) : plain;
+}
+
+// Empty if there is no such file.
+QString PackageServerAccessor::fileId(const QByteArray &packageId, const QString &name) const
+{
+    const PackageEntry *package = ledger->findPackage(packageId);
+    const unsigned char *digest = package ? fileDigest(*package, name) : nullptr;
+    return digest ? QString::fromLatin1(digestBytes(digest).toHex()) : QString();
+}
+
+// What answers holds shares of its own: this object may be gone by then.
+void PackageServerAccessor::loadFile(const QString &id, const QUrl &url)
+{
+    FileStoreTarget *target = store->getTarget(id, QCryptographicHash::Sha224);
+    ts::Request *request = service->getRequest(ledgerFileUrl(id));
+    target->setParent(request);
+    request->setDataSink(target);
+    const auto answer = [request, target, proxy = proxy, store = store, key = proxyKey, id, url] {
+        if (!request->isOk(httpOk))
+            proxy->resolveFile(key, url, request->responseCode(), QString());
+        else if (target->commit() != 0)
+            proxy->resolveFile(key, url, internalError, QString());
+        else
+            proxy->resolveFile(key, url, httpOk, store->pathForId(id));
+    };
+    QObject::connect(request, &ts::Request::finished, request, answer);
+}
+
+} // namespace ts::pm
