@@ -33,20 +33,35 @@ QByteArray contentType(const QByteArray &start)
     return *knownTypes.insert(start, database.mimeTypeForData(start).name().toLatin1());
 }
 
-QByteArray statusLine(int code, const QByteArray &reason)
+/** Puts the head of an answer together, in room that is made once. */
+class AnswerHead
 {
-    return "HTTP/1.1 " + QByteArray::number(code) + ' ' + reason + "\r\n";
-}
+public:
+    AnswerHead(int code, const QByteArray &reason)
+    {
+        constexpr int usualSize = 256;
+        bytes.reserve(usualSize);
+        bytes.append("HTTP/1.1 ").append(QByteArray::number(code)).append(' ').append(reason).append("\r\n");
+    }
 
-QByteArray header(const char *key, const QByteArray &value)
-{
-    return key + (": " + value) + "\r\n";
-}
+    AnswerHead &header(const char *key, const QByteArray &value)
+    {
+        bytes.append(key).append(": ").append(value).append("\r\n");
+        return *this;
+    }
 
-QByteArray textHead(int code, const QByteArray &reason, bool close)
+    QByteArray followedBy(const QByteArray &body) const { return bytes + "\r\n" + body; }
+
+private:
+    QByteArray bytes;
+};
+
+QByteArray textAnswer(int code, const QByteArray &reason, bool close, bool hasBody)
 {
-    return statusLine(code, reason) + header("Connection", close ? "close" : "keep-alive")
-           + header("Content-Length", QByteArray::number(reason.size())) + "\r\n";
+    return AnswerHead(code, reason)
+        .header("Connection", close ? "close" : "keep-alive")
+        .header("Content-Length", QByteArray::number(reason.size()))
+        .followedBy(hasBody ? reason : QByteArray());
 }
 
 } // namespace
@@ -133,8 +148,7 @@ void FileProxyConnection::sendResponse(int code, const QString &path)
         return;
     }
     const QByteArray reason = codeToString(ResponseCode(code));
-    const bool hasBody = request.method != FileProxyRequestReader::Head;
-    writer->write(textHead(code, reason, false) + (hasBody ? reason : QByteArray()));
+    writer->write(textAnswer(code, reason, false, request.method != FileProxyRequestReader::Head));
 }
 
 // A file that cannot be opened is announced with the size that the file system tells, and has no body.
@@ -145,9 +159,11 @@ void FileProxyConnection::sendFile(const QString &path)
     const qint64 size = file->size();
     const QByteArray start = isOpen ? file->read(sniffedBytes) : QByteArray();
     const bool hasBody = isOpen && request.method != FileProxyRequestReader::Head;
-    const QByteArray head = statusLine(Ok, codeToString(Ok)) + header("Content-Type", contentType(start))
-                            + header("Connection", "keep-alive")
-                            + header("Content-Length", QByteArray::number(size)) + "\r\n";
+    const QByteArray head = AnswerHead(Ok, codeToString(Ok))
+                                .header("Content-Type", contentType(start))
+                                .header("Connection", QByteArrayLiteral("keep-alive"))
+                                .header("Content-Length", QByteArray::number(size))
+                                .followedBy(QByteArray());
     writer->write(head, file, hasBody ? size : 0);
 }
 
@@ -158,7 +174,7 @@ void FileProxyConnection::writeErrorResponse(ResponseCode responseCode, bool clo
     isClosing = close;
     if (!close)
         request.state = FileProxyRequestReader::RequestLine;
-    writer->write(textHead(responseCode, reason, close) + reason);
+    writer->write(textAnswer(responseCode, reason, close, true));
     if (!writer->isBusy())
         answerWritten();
 }
@@ -188,7 +204,7 @@ QByteArray FileProxyConnection::codeToString(ResponseCode code)
 {
     switch (code) {
     case Ok:
-        return "OK";
+        return QByteArrayLiteral("OK");
     case BadRequest:
         return "Bad Request";
     case NotFound:

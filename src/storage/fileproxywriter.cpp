@@ -1,23 +1,17 @@
 #include "storage/fileproxywriter_p.h"
 
+#include "storage/socketsend_p.h"
+
 #include <QSocketNotifier>
 #include <QTcpSocket>
-#include <QVarLengthArray>
 
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
-
-#ifdef Q_OS_UNIX
-#include <sys/socket.h>
-#endif
 
 namespace ts::pm {
 
 namespace {
 
-constexpr qint64 chunkSize = 128 * 1024;
-constexpr int chunksPerTurn = 8; // of the event loop: well below a millisecond
+constexpr qint64 bytesPerTurn = 1024 * 1024; // of the event loop: well below a millisecond
 constexpr qint64 maxPending = 64 * 1024;
 
 } // namespace
@@ -77,74 +71,42 @@ void FileProxyWriter::stop()
 
 void FileProxyWriter::writeSome()
 {
-    static thread_local QByteArray chunk(int(chunkSize), Qt::Uninitialized);
-    for (int i = 0; i < chunksPerTurn && isBusy(); ++i) {
-        const qint64 filled = fillChunk(chunk.data());
-        const qint64 taken = filled > 0 ? send(chunk.constData(), filled) : -1;
+    qint64 left = bytesPerTurn;
+    while (isBusy() && left > 0) {
+        const qint64 taken = writePart(left);
         if (taken < 0) {
             socket->abort();
             return;
         }
-        sent += taken;
-        if (taken < filled)
+        if (taken == 0)
             break;
+        sent += taken;
+        left -= taken;
     }
     if (isBusy())
-        watch(true);
+        waitForRoom();
     else
         stop();
 }
 
-// Nothing is filled in only if the file has become too short.
-qint64 FileProxyWriter::fillChunk(char *chunk)
+qint64 FileProxyWriter::writePart(qint64 most)
 {
-    const qint64 headLeft = std::max<qint64>(0, head.size() - sent);
-    const qint64 fromHead = std::min(headLeft, chunkSize);
-    std::memcpy(chunk, head.constData() + head.size() - headLeft, size_t(fromHead));
-    const qint64 fromFile = std::min(size - sent - fromHead, chunkSize - fromHead);
-    if (fromFile <= 0 || !file)
-        return fromHead;
-    if (!file->seek(sent + fromHead - head.size()))
-        return fromHead;
-    return fromHead + std::max<qint64>(0, file->read(chunk + fromHead, fromFile));
+    if (sent < head.size())
+        return sendBytes(socket, head.constData() + sent, head.size() - sent, head.size() < size);
+    return sendFromFile(socket, file.data(), sent - head.size(), std::min(size - sent, most));
 }
 
-#if defined(Q_OS_UNIX) && defined(MSG_NOSIGNAL)
-
-// The number of bytes that the system took; negative if the client is gone.
-qint64 FileProxyWriter::send(const char *data, qint64 dataSize)
+void FileProxyWriter::waitForRoom()
 {
-    const ssize_t taken =
-        ::send(int(socket->socketDescriptor()), data, size_t(dataSize), MSG_NOSIGNAL | MSG_DONTWAIT);
-    if (taken < 0 && (errno == EAGAIN || errno == EWOULDBLOCK || errno == EINTR))
-        return 0;
-    return taken;
-}
-
-void FileProxyWriter::watch(bool enabled)
-{
+    if (!sendsPastSocketBuffer()) {
+        connect(socket, &QTcpSocket::bytesWritten, this, &FileProxyWriter::resume, Qt::UniqueConnection);
+        return;
+    }
     if (!notifier) {
         notifier = new QSocketNotifier(socket->socketDescriptor(), QSocketNotifier::Write, this);
         connect(notifier, &QSocketNotifier::activated, this, &FileProxyWriter::resume);
     }
-    notifier->setEnabled(enabled);
+    notifier->setEnabled(true);
 }
-
-#else
-
-// Through the buffer of the socket, which holds one chunk at most.
-qint64 FileProxyWriter::send(const char *data, qint64 dataSize)
-{
-    if (socket->bytesToWrite() > 0)
-        return 0;
-    return socket->write(data, dataSize);
-}
-
-void FileProxyWriter::watch(bool)
-{
-    connect(socket, &QTcpSocket::bytesWritten, this, &FileProxyWriter::resume, Qt::UniqueConnection);
-}
-
-#endif
 
 } // namespace ts::pm

@@ -49,9 +49,8 @@ private Q_SLOTS:
 
 private:
     void writeSome();
-    qint64 fillChunk(char *chunk);
-    qint64 send(const char *data, qint64 size);
-    void watch(bool enabled);
+    qint64 writePart(qint64 most);
+    void waitForRoom();
 
     QTcpSocket *socket;
     QSocketNotifier *notifier = nullptr;
