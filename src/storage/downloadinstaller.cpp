@@ -15,14 +15,18 @@ namespace {
 constexpr char numberProperty[] = "id";
 constexpr int httpOk = 200;
 
+QString installMessage(const QString &path, const QString &fileId)
+{
+    return QStringLiteral("Failed to install file %1 (%2)").arg(path, fileId);
+}
+
 QList<InstallError> installFiles(const FileStore &store, const InstallLocation &location,
                                  const QMap<QString, QString> &files, int errorCode)
 {
     QList<InstallError> errors;
     for (auto file = files.begin(); file != files.end(); ++file) {
         if (!location.installFile(store.pathForId(file.value()), file.key()))
-            errors.append(
-                {errorCode, QStringLiteral("Failed to install file %1 (%2)").arg(file.key(), file.value())});
+            errors.append({errorCode, installMessage(file.key(), file.value())});
     }
     return errors;
 }
@@ -64,6 +68,10 @@ DownloadInstaller::~DownloadInstaller() = default;
 
 bool DownloadInstaller::addFile(const QString &path, const QString &fileId)
 {
+    if (!d->store->isValidId(fileId)) {
+        addErrors({{d->installError, installMessage(path, fileId)}});
+        return false;
+    }
     d->files.insert(path, fileId);
     return !d->store->contains(fileId);
 }
@@ -71,11 +79,7 @@ bool DownloadInstaller::addFile(const QString &path, const QString &fileId)
 void DownloadInstaller::download(int number, const QUrl &url, const QString &fileId, Request *request)
 {
     FileStoreTarget *target = d->store->getTarget(fileId, d->algorithm);
-    d->downloads.insert(number, {url, fileId, target ? request : nullptr, target});
-    if (!target) {
-        delete request;
-        return;
-    }
+    d->downloads.insert(number, {url, fileId, request, target});
     target->setParent(this);
     request->setParent(this);
     request->setDataSink(target);
@@ -114,8 +118,7 @@ void DownloadInstaller::commit()
             addErrors({{d->downloadError, download.downloadMessage()}});
         else if (const int result = download.target->commit())
             addErrors({{d->commitError, download.commitMessage(result)}});
-        if (download.target)
-            download.target->deleteLater();
+        download.target->deleteLater();
         download.target = nullptr;
     }
 }

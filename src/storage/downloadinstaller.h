@@ -47,13 +47,17 @@ protected:
     DownloadInstaller(const QSharedPointer<FileStore> &store, QCryptographicHash::Algorithm algorithm,
                       int firstCode, const InstallLocation &location);
 
-    /** Adds a file to the package. Returns whether the store lacks it, so that download() has to follow. */
+    /**
+     * Adds a file to the package. Returns whether the store lacks it, so that download() has to follow.
+     *
+     * A file with an id that is not valid, as of a database that lies, cannot be stored: it is an error of
+     * the third kind at once, and needs no download.
+     */
     [[nodiscard]] bool addFile(const QString &path, const QString &fileId);
 
     /**
-     * Lets \a request, which has just been made for \a url, fetch a file; takes it over. \a number tells the
-     * downloads of this job apart. An id that is not valid counts as a failed download, and its request is
-     * dropped.
+     * Lets \a request, which has just been made for \a url, fetch a file for which addFile() has returned
+     * true; takes the request over. \a number tells the downloads of this job apart.
      */
     void download(int number, const QUrl &url, const QString &fileId, Request *request);
 

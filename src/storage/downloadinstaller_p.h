@@ -18,7 +18,7 @@ struct DownloadInstaller::Download
     QUrl url;
     QString fileId;
     Request *request = nullptr;        // null once it has ended
-    FileStoreTarget *target = nullptr; // null for an invalid id, and once it has been dealt with
+    FileStoreTarget *target = nullptr; // null once it has been dealt with
     int responseCode = 0;
     int error = 0;
     bool success = false;

@@ -94,7 +94,13 @@ class tst_FileStore : public QObject
 
 private Q_SLOTS:
     void initTestCase() { QVERIFY(ts::Locations::setDataLocation(QDir(scratch.filePath("data"_s)))); }
-    void init() { QVERIFY(QDir(packages).removeRecursively()); }
+
+    void init()
+    {
+        QDirIterator files(packages, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext())
+            QVERIFY(QFile::remove(files.next()));
+    }
 
     // "6x" stands for a number of hexadecimal digits.
     void idsNameFiles()
@@ -219,6 +225,8 @@ private Q_SLOTS:
     void makesItsDirectoriesOrEndsTheProcess()
     {
         const QString files = packages + "/files"_s;
+        for (const QString &shard : {"00"_s, "5a"_s, "ff"_s})
+            QVERIFY(!QFile::exists(files) || QDir(files).rmdir(shard));
         QVERIFY(QDir().mkpath(files + "/7f"_s) && QFile(files + "/7f/owl"_s).open(QIODevice::WriteOnly));
         const FileStore store;
         QStringList shards;
