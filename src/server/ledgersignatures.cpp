@@ -136,9 +136,10 @@ bool PackageLedger::verifySignatures()
     }
 
     QAtomicInteger<int> good(0);
-    // A full pool, or one of a single thread that this call runs on, is no matter: the calling thread works
-    // too.
-    QtConcurrent::blockingMap(packages.cbegin(), packages.cend(), PackageVerifier(types, keys, &good));
+    // Not blockingMap(), which leaves all the work to the pool: this call itself runs on one of its threads,
+    // and in a full pool it would wait for ever. Started like this, the calling thread works too.
+    QtConcurrent::startMap(packages.cbegin(), packages.cend(), PackageVerifier(types, keys, &good))
+        .startBlocking();
     if (good.loadRelaxed() != packages.size())
         return false;
     warnOfDevelopmentKey();
