@@ -128,8 +128,7 @@ void tst_PackageServer::ledgersReplaceEachOther()
     SignedLedger forged = http.ledger;
     forged.records.packages[0].manifest = R"({"title":"Elm"})";
     SignedLedger newer = http.ledger;
-    newer.records.packages[0].manifest = R"({"title":"Common oak"})";
-    newer.sign(newer.records.packages[0]);
+    newer.sign(newer.records.packages[0], R"({"title":"Common oak"})");
     const QVector<Step> steps{
         {304, {}, Polled::LedgerUnchanged, 1, true},
         {200, "no ledger", Polled::LedgerRejected, 1, true},

@@ -37,8 +37,8 @@ SignedLedger::SignedLedger(int issuers)
 quint16 SignedLedger::addIssuer(const QByteArray &name, const QByteArray &secondName)
 {
     issuerKeys.append(PrivateKey::generate());
-    records.issuers.append({QByteArray(), name, secondName, issuerKeys.constLast().publicKey().toDER()});
-    sign(records.issuers.last());
+    records.issuers.append({QByteArray(), name, secondName, QByteArray()});
+    sign(records.issuers.last(), issuerKeys.constLast().publicKey().toDER());
     return quint16(records.issuers.size() - 1);
 }
 
@@ -49,10 +49,9 @@ quint32 SignedLedger::addPackage(const QByteArray &id, const QByteArray &type, c
     package.type = indexIn(records.types, type);
     package.issuer = issuer;
     package.id = id;
-    package.manifest = manifest;
     for (auto file = files.cbegin(); file != files.cend(); ++file)
         package.files.append({QCryptographicHash::hash(*file, QCryptographicHash::Sha224), file.key()});
-    sign(package);
+    sign(package, manifest);
     records.packages.append(package);
     return quint32(records.packages.size() - 1);
 }
@@ -67,13 +66,15 @@ quint32 SignedLedger::addKeyword(const QByteArray &id, quint8 type,
     return quint32(records.keywords.size() - 1);
 }
 
-void SignedLedger::sign(ledger::IssuerRecord &issuer) const
+void SignedLedger::sign(ledger::IssuerRecord &issuer, const QByteArray &publicKey) const
 {
+    issuer.publicKey = publicKey;
     issuer.signature = rootKey.sign(issuer.publicKey);
 }
 
-void SignedLedger::sign(ledger::PackageRecord &package) const
+void SignedLedger::sign(ledger::PackageRecord &package, const QByteArray &manifest) const
 {
+    package.manifest = manifest;
     package.signature = issuerKeys.at(package.issuer).sign(statement(package));
 }
 

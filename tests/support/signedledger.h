@@ -31,8 +31,9 @@ public:
     quint32 addKeyword(const QByteArray &id, quint8 type,
                        const QMap<QByteArray, QVector<QByteArray>> &values = {});
 
-    void sign(ledger::IssuerRecord &issuer) const;
-    void sign(ledger::PackageRecord &package) const;
+    /** Gives the issuer that key, or the package that manifest, and signs it as it stands. */
+    void sign(ledger::IssuerRecord &issuer, const QByteArray &publicKey) const;
+    void sign(ledger::PackageRecord &package, const QByteArray &manifest) const;
 
     QByteArray toByteArray() const;
 
