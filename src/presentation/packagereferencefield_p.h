@@ -1,0 +1,19 @@
+#pragma once
+
+#include "presentation/packagereferencefield.h"
+
+namespace ts::pm {
+
+class PackageReference;
+
+class PackageReferenceFieldPrivate
+{
+public:
+    /** Every reference is: the types are advice to the user interface, not a rule for documents. */
+    bool isAccepted(PackageReference *reference) const;
+
+    PackageReferenceField *const q;
+    QStringList acceptedTypes;
+};
+
+} // namespace ts::pm
