@@ -1,0 +1,39 @@
+#pragma once
+
+#include "database/couchdbpackagesource.h"
+#include "database/persistedlisting_p.h"
+#include "database/pollcountdown_p.h"
+
+#include <QNetworkAccessManager>
+#include <QPointer>
+#include <QUrl>
+
+class QFile;
+
+namespace ts {
+class Request;
+}
+
+namespace ts::pm {
+
+// Repository thread only.
+class CouchDBPackageSourcePrivate
+{
+public:
+    CouchDBPackageSourcePrivate(CouchDBPackageSource *q, const QUrl &database,
+                                QNetworkAccessManager *manager);
+
+    QUrl viewUrl() const;
+    void forgetRequest();
+
+    CouchDBPackageSource *const q;
+    const QUrl database;
+    const QPointer<QNetworkAccessManager> manager;
+    ts::Request *request = nullptr; // running, a child of q
+    QFile *file = nullptr;          // receives the answer, a child of the request
+    PersistedListing listing;
+    const ts::util::WorkingDir workingDir; // of the answers, kept by all accessors
+    PollCountdown countdown;
+};
+
+} // namespace ts::pm

@@ -1,0 +1,11 @@
+#include "database/documentpackageinstaller.h"
+
+namespace ts::pm {
+
+DocumentPackageInstaller::DocumentPackageInstaller(const InstallLocation &location)
+    : PackageInstaller(location)
+{
+    finish();
+}
+
+} // namespace ts::pm

@@ -1,0 +1,77 @@
+#include "database/documentpackageloader.h"
+
+#include "presentation/packagereference.h"
+#include "repository/ipackageprovider.h"
+
+#include <TamselDataCore/Context>
+#include <TamselDataCore/LinkedDocument>
+
+#include <QVariant>
+
+namespace ts::pm {
+
+namespace {
+
+constexpr int loaderPriority = 1;
+constexpr char takenProperty[] = "_ts_documentLoaded";
+
+QJsonObject documentData(const PackageReference *reference)
+{
+    QJsonObject manifest = reference->manifest();
+    fixManifest(manifest);
+    return manifest;
+}
+
+void refresh(const ts::data::Context *context, const PackageReference *reference)
+{
+    if (reference->status() != PackageReference::Installed)
+        return;
+    if (ts::data::LinkedDocument *document = context->loadedDocument(reference->id()))
+        document->setData(documentData(reference));
+}
+
+} // namespace
+
+void fixManifest(QJsonObject &manifest)
+{
+    if (!manifest.contains(QLatin1String("type")))
+        manifest.insert(QLatin1String("type"), manifest.value(QLatin1String("docType")).toString());
+    manifest.insert(QLatin1String("wasCached"), true);
+}
+
+DocumentPackageLoader::DocumentPackageLoader(const QString &prefix, ts::data::Context *context)
+    : Loader(loaderPriority, context)
+    , prefix(prefix)
+    , provider(qobject_cast<IPackageProvider *>(context))
+{
+}
+
+DocumentPackageLoader::~DocumentPackageLoader() = default;
+
+// The mark on the reference is all the memory that there is of what has been taken in hand.
+bool DocumentPackageLoader::tryLoad(const QString &id)
+{
+    if (!id.startsWith(prefix))
+        return false;
+    PackageReference *reference = provider->packageReference(id);
+    if (!reference)
+        return false;
+    if (reference->property(takenProperty).toBool())
+        return true;
+    connect(reference, &PackageReference::statusChanged, this, [this, reference] { deliver(reference); });
+    deliver(reference);
+    ts::data::Context *const owner = context();
+    connect(reference, &PackageReference::updated, owner, [owner, reference] { refresh(owner, reference); });
+    reference->setProperty(takenProperty, true);
+    return true;
+}
+
+void DocumentPackageLoader::deliver(PackageReference *reference)
+{
+    if (reference->status() < PackageReference::Installing)
+        return;
+    reference->disconnect(this);
+    loaded(reference->id(), documentData(reference));
+}
+
+} // namespace ts::pm

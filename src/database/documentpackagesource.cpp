@@ -1,0 +1,130 @@
+#include "database/documentpackagesource.h"
+#include "database/documentpackagesource_p.h"
+
+#include "database/documentpackageaccessor.h"
+#include "database/documentpackageupdate.h"
+#include "logging_p.h"
+
+#include <TamselDataCore/Context>
+
+#include <QCryptographicHash>
+#include <QUrlQuery>
+
+namespace ts::pm {
+
+namespace {
+
+constexpr int pollInterval = 300000; // milliseconds
+
+QString persistencePath(QString type, const QUrl &database)
+{
+    const QByteArray text = database.toString().toLatin1();
+    const QByteArray hash = QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex();
+    type.replace(QLatin1Char(':'), QLatin1Char('.'));
+    return QStringLiteral("packages/%1/%2").arg(type, QString::fromLatin1(hash));
+}
+
+// Escapes what a query would take for its own, such as a "+" or "%" in the type.
+void addItem(QUrlQuery &query, const char *key, const QString &value)
+{
+    query.addQueryItem(QLatin1String(key), QString::fromLatin1(QUrl::toPercentEncoding(value)));
+}
+
+} // namespace
+
+DocumentPackageSourcePrivate::DocumentPackageSourcePrivate(DocumentPackageSource *q, const QString &type)
+    : q(q)
+    , type(type)
+    , listing(lcDocPackageSource, persistencePath(type, q->baseUrl()))
+    , countdown(pollInterval)
+{
+}
+
+// 0 collates before every string and array that may follow the type in a key, an array after all of them.
+QUrl DocumentPackageSourcePrivate::viewUrl() const
+{
+    QUrlQuery query;
+    addItem(query, "start_key", QStringLiteral("[\"%1\",0]").arg(type));
+    addItem(query, "end_key", QStringLiteral("[\"%1\",[]]").arg(type));
+    addItem(query, "include_docs", QStringLiteral("true"));
+    QUrl url(q->baseUrl().toString() + QLatin1String("/_design/melvoro/_view/by_type"));
+    url.setQuery(query);
+    return url;
+}
+
+void DocumentPackageSourcePrivate::finishUpdate()
+{
+    if (lastUpdate->error() != DocumentPackageUpdate::NoError) {
+        qCCritical(lcDocPackageSource) << "Document package update failed with code "
+                                       << int(lastUpdate->error()) << ": " << lastUpdate->errorString();
+        return;
+    }
+    if (listing.has(lastUpdate->hash())) {
+        qCDebug(lcDocPackageSource) << "Document package update finished,"
+                                    << "no update required for type" << type;
+        return;
+    }
+    listing.hash = lastUpdate->hash();
+    listing.dataFile = {lastUpdate->dataFile(), lastUpdate->workingDir()};
+    qCInfo(lcDocPackageSource) << "Updating document packages for type" << type << "new hash" << listing.hash;
+    Q_EMIT q->updateRequired();
+}
+
+DocumentPackageSource::DocumentPackageSource(const QString &type, ts::data::Context *context)
+    : PackageSource(context)
+    , d(new DocumentPackageSourcePrivate(this, type))
+{
+    if (d->listing.load())
+        qCInfo(lcDocPackageSource) << "Loaded persisted document list" << type << d->listing.hash;
+    d->countdown.start(this);
+}
+
+DocumentPackageSource::~DocumentPackageSource() = default;
+
+QString DocumentPackageSource::dataFile() const
+{
+    return d->listing.dataFile.path;
+}
+
+QUrl DocumentPackageSource::baseUrl() const
+{
+    const auto *context = qobject_cast<ts::data::Context *>(parent());
+    if (!context)
+        return QUrl();
+    return QUrl(context->serviceUrl().toString() + QLatin1Char('/') + context->database());
+}
+
+int DocumentPackageSource::priority() const
+{
+    return -1;
+}
+
+PackageAccessor *DocumentPackageSource::getAccessor() const
+{
+    return new DocumentPackageAccessor(d->type, d->listing.dataFile);
+}
+
+void DocumentPackageSource::persist()
+{
+    d->listing.persist();
+}
+
+void DocumentPackageSource::update()
+{
+    if (d->lastUpdate) {
+        d->lastUpdate->disconnect(this);
+        d->lastUpdate->deleteLater();
+    }
+    d->lastUpdate = new DocumentPackageUpdate(d->viewUrl(), this);
+    connect(d->lastUpdate, &DocumentPackageUpdate::finished, this, [this] { d->finishUpdate(); });
+}
+
+void DocumentPackageSource::timerEvent(QTimerEvent *event)
+{
+    if (d->countdown.isDue(*event))
+        update();
+    else
+        PackageSource::timerEvent(event);
+}
+
+} // namespace ts::pm

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QBasicTimer>
+#include <QTimerEvent>
+
+namespace ts::pm {
+
+/**
+ * Tells a source when to poll: at the first tick of its timer, and then each time that the interval has been
+ * counted down to nothing. A tick is 2 seconds.
+ */
+class PollCountdown
+{
+public:
+    /** \a interval in milliseconds. */
+    explicit PollCountdown(int interval)
+        : interval(interval)
+    {
+    }
+
+    /** Lets \a source have timer events from now on. */
+    void start(QObject *source) { timer.start(tick, source); }
+
+    /** To be asked about every timer event of the source, once. */
+    bool isDue(const QTimerEvent &event)
+    {
+        if (event.timerId() != timer.timerId())
+            return false;
+        const bool due = countdown < tick;
+        countdown = due ? interval : countdown - tick;
+        return due;
+    }
+
+private:
+    static constexpr int tick = 2000; // milliseconds
+
+    QBasicTimer timer;
+    const int interval;
+    int countdown = 0; // milliseconds
+};
+
+} // namespace ts::pm

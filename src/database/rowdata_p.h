@@ -1,0 +1,25 @@
+#pragma once
+
+#include "database/persistedlisting_p.h"
+#include "testexport_p.h"
+
+#include <QJsonDocument>
+
+class QJsonArray;
+
+namespace ts::pm {
+
+/** The longest answer of a view that a source accepts, in bytes: four times what is read of a data file,
+ * which bounds the memory that a parsed one takes. */
+constexpr qint64 largestViewResponse = 16777216;
+
+/**
+ * The data file of a listing. No more than 4 MiB are read, so a longer one is no JSON. Null for a file that
+ * does not exist, and with a message in \a category for one that does not open or is no JSON. Any thread.
+ */
+QJsonDocument readDataFile(LogCategory category, const QString &path);
+
+/** The rows of a data file of documents: the array that it is, or the member "rows" of its object. */
+TAMSEL_TEST_EXPORT QJsonArray readRowData(const QString &path);
+
+} // namespace ts::pm

@@ -1,0 +1,186 @@
+#include "database/couchdbpackageaccessor.h"
+#include "storage/filestore.h"
+#include "storage/packageinstaller.h"
+#include "support/httpserver.h"
+#include "support/literals.h"
+#include "support/logcapture.h"
+
+#include <QNetworkAccessManager>
+#include <QtTest>
+
+using namespace ts::pm;
+using namespace ts::pm::test;
+
+namespace {
+
+/** An accessor on the given rows of a view, which is on the database "db" of \a server. */
+std::unique_ptr<CouchDBPackageAccessor> accessorOn(const QByteArray &rows, const ScriptedServer &server,
+                                                   QNetworkAccessManager *manager = nullptr)
+{
+    ListingFile listing;
+    listing.directory.emplace();
+    listing.path = listing.directory->filePath("listing"_s);
+    QFile file(listing.path);
+    if (!file.open(QIODevice::WriteOnly) || file.write(R"({"rows":[)" + rows + "]}") < 0)
+        qFatal("cannot write the listing");
+    file.close();
+    auto accessor = std::make_unique<CouchDBPackageAccessor>(server.url("/db"_s), listing, manager);
+    accessor->initialize();
+    return accessor;
+}
+
+QString contents(const CouchDBPackageAccessor &accessor)
+{
+    QStringList lines;
+    for (int i = 0; i < accessor.packageCount(); ++i) {
+        const PackageInfo info = accessor.packageInfo(i);
+        lines << "package %1 %2 %3 "_s.arg(info.id, info.type, info.revision)
+                     + QString::fromUtf8(
+                         QJsonDocument(accessor.packageManifest(i)).toJson(QJsonDocument::Compact));
+    }
+    for (int i = 0; i < accessor.keywordCount(); ++i) {
+        const KeywordInfo info = accessor.keywordInfo(i);
+        lines << "keyword %1 %2"_s.arg(info.id).arg(int(info.type));
+        for (const LangString &string : info.strings)
+            lines.last() += " [%1,%2,%3]"_s.arg(string.language, string.sg, string.pl);
+    }
+    for (int i = 0; i < accessor.linkCount(); ++i) {
+        const LinkInfo info = accessor.linkInfo(i);
+        lines << "link %1 %2 %3"_s.arg(info.from, QString::number(info.type), info.to);
+    }
+    return lines.join("\n"_s);
+}
+
+QJsonObject digestOf(const QByteArray &content)
+{
+    const QByteArray md5 = QCryptographicHash::hash(content, QCryptographicHash::Md5);
+    return {{"digest"_s, QString::fromLatin1("md5-" + md5.toBase64())}};
+}
+
+} // namespace
+
+class tst_CouchDBPackages : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void readsRows()
+    {
+        const ScriptedServer server;
+        const auto accessor = accessorOn(R"(
+            {"key":["package",1],"value":{"_id":"package-oak","_rev":"2-b","packageType":"a:b","manifest":{"x":1}}},
+            {"key":["keyword"],"value":{"_id":"12345678owl","keywordType":"noun",
+                "strings":{"de":[{"sg":"Eule","pl":"Eulen"}],"en":[{"sg":"owl"},7]}}},
+            {"key":["keyword"],"value":{"_id":"keyword-kit","keywordType":"category","strings":{"en":["red","kite"]}}},
+            {"key":["keyword"],"value":{"_id":"keyword-1m","keywordType":"literal","string":"1 m","strings":{"en":["x"]}}},
+            {"key":["keyword"],"value":{"_id":"keyword-bad","keywordType":"Noun","strings":{"en":["x"]}}},
+            {"key":["link"],"value":{"from":"oak","to":"owl","linkType":"contains"}},
+            {"key":[],"value":{"from":"a"}}, {"value":{"to":"b"}}, {"key":"package","value":{"linkType":"is"}}, 7,
+            {"key":["package"],"value":[]}, {"key":["package"],"value":{"_id":"short"}})",
+                                         server);
+        QCOMPARE(contents(*accessor), R"(package oak a:b 2-b {"x":1}
+package    {}
+package    {}
+keyword owl 0 [de,Eule,Eulen] [en,owl,] [en,,]
+keyword kit 4 [en,red,] [en,kite,]
+keyword 1m 3 [,1 m,]
+keyword bad -1
+link oak 1 owl
+link a -1 
+link  -1 b
+link  4 
+link  -1 )"_s);
+        QCOMPARE(accessor->keywordLanguages(), (QStringList{"de"_s, "en"_s}));
+        QCOMPARE(accessor->packageFileUrl(0, "a b.png"_s), QUrl(server.url("/db/package-oak/a b.png"_s)));
+    }
+
+    // Names that a relative URL would take for a query, a fragment, a scheme, another host or another
+    // directory.
+    void fetchesAttachmentsByTheirNames()
+    {
+        QNetworkAccessManager manager;
+        ScriptedServer server;
+        server.setHandler([](const HttpRequest &request) { return HttpAnswer::with(200, request.path); });
+        const QByteArray document = "/db/pa%2Fck%3Fe/";
+        const QVector<QPair<QByteArray, QByteArray>> cases{
+            {"plain.txt", "plain.txt"},
+            {"a b\xc3\xbc.txt", "a%20b%C3%BC.txt"},
+            {"100%25", "100%2525"},
+            {"q?x=1", "q%3Fx%3D1"},
+            {"#f", "%23f"},
+            {"http://h/x", "http%3A%2F%2Fh%2Fx"},
+            {"file:x", "file%3Ax"},
+            {"//h/x", "%2F%2Fh%2Fx"},
+            {"a/../../b", "a%2F..%2F..%2Fb"},
+            {"..hidden", "..hidden"},
+            {"+&;=", "%2B%26%3B%3D"},
+        };
+        QJsonObject attachments{{".."_s, digestOf("")}};
+        for (const auto &[name, path] : cases)
+            attachments.insert(QString::fromUtf8(name), digestOf(document + path));
+        const QJsonObject package{{"_id"_s, "pa/ck?e"_s}, {"_attachments"_s, attachments}};
+        const QJsonObject row{{"key"_s, QJsonArray{"package"_s}}, {"value"_s, package}};
+        const auto accessor = accessorOn(QJsonDocument(row).toJson(), server, &manager);
+        const InstallLocation location = InstallLocation::createRoot();
+        const LogCapture log("tamsel.packages"_s);
+        const std::unique_ptr<PackageInstaller> installer(accessor->packageInstaller(0, location));
+        QTRY_COMPARE(installer->status(), PackageInstaller::Failed);
+        for (const auto &[name, path] : cases) {
+            QVERIFY2(server.count(document + path) == 1, path.constData());
+            QFile file(location.directory(false).filePath(QString::fromUtf8(name)));
+            if (name.count('/') == 0)
+                QVERIFY2(file.open(QIODevice::ReadOnly) && file.readAll() == document + path,
+                         name.constData());
+        }
+        QCOMPARE(server.requests().size(), cases.size());
+        QCOMPARE(installer->errors().constFirst().message, "Download of  failed with code 0, error 301"_s);
+    }
+
+    void installsWhatIsGood()
+    {
+        QNetworkAccessManager manager;
+        ScriptedServer server;
+        for (const char *path : {"/db/p/good", "/db/p/twin"})
+            server.setAnswer(path, HttpAnswer::with(200, "owl"));
+        server.setAnswer("/db/p/false", HttpAnswer::with(200, "fox"));
+        const QByteArray rows = R"(
+            {"key":["package"],"value":{"_id":"p","_attachments":{"good":OWL,"twin":OWL}}},
+            {"key":["package"],"value":{"_id":"p","_attachments":{"good":OWL,"gone":{"digest":"md5-QUJDREVGR0g="},
+                "false":{"digest":"md5-QUJDREVGR0g="},"odd":{"digest":"md5-!"},"none":{},"bad":7}}},
+            {"key":["package"],"value":{"_id":"p"}})";
+        const QByteArray digest = QJsonDocument(digestOf("owl")).toJson();
+        const auto accessor = accessorOn(QByteArray(rows).replace("OWL", digest), server, &manager);
+        const LogCapture log("tamsel.packages"_s);
+        // The requests that the install of a package makes, the links that it leaves, its status, and its
+        // errors.
+        const auto install = [&](int package) {
+            const InstallLocation location = InstallLocation::createRoot();
+            const int before = server.requests().size();
+            const std::unique_ptr<PackageInstaller> installer(accessor->packageInstaller(package, location));
+            if (!QTest::qWaitFor([&installer] { return installer->isFinished(); }))
+                return "hangs"_s;
+            QStringList errors;
+            for (const InstallError &error : installer->errors())
+                errors
+                    << "%1 %2"_s.arg(error.code).arg(error.message).remove(server.url("/db/p/"_s).toString());
+            errors.sort();
+            const QDir directory = location.directory(true);
+            return "%1 requests; %2; status %3\n%4"_s.arg(server.requests().size() - before)
+                .arg(directory.entryList(QDir::Files | QDir::System).join(" "_s))
+                .arg(installer->status())
+                .arg(errors.join("\n"_s));
+        };
+        QCOMPARE(install(0), "2 requests; good twin; status 1\n"_s);
+        QCOMPARE(install(0), "0 requests; good twin; status 1\n"_s);
+        QCOMPARE(install(2), "0 requests; ; status 1\n"_s);
+        QCOMPARE(install(1), R"(2 requests; false gone good; status -1
+1 Download of gone failed with code 404, error 203
+2 Commit of file 4142434445464748 (false) failed (code 2)
+3 Failed to install file bad ()
+3 Failed to install file none ()
+3 Failed to install file odd ())"_s);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_CouchDBPackages)
+#include "tst_couchdbpackages.moc"

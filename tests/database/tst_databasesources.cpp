@@ -1,0 +1,327 @@
+// What the CouchDB source and the document source have in common: when they poll, what becomes of each
+// answer, and what survives a restart.
+
+#include "database/couchdbpackagesource.h"
+#include "database/documentpackagesource.h"
+#include "repository/packageaccessor.h"
+#include "support/fakeclock.h"
+#include "support/httpserver.h"
+#include "support/literals.h"
+#include "support/logcapture.h"
+
+#include <Tamsel/Locations>
+#include <Tamsel/Request>
+#include <TamselDataCore/Context>
+
+#include <QFutureWatcherBase>
+#include <QLockFile>
+#include <QNetworkAccessManager>
+#include <QtTest>
+
+using namespace ts::pm;
+using namespace ts::pm::test;
+
+namespace {
+
+QByteArray view(const QByteArray &ids, const QByteArray &head = {})
+{
+    QByteArrayList rows;
+    for (const char id : ids)
+        rows << R"({"key":["package"],"value":{"_id":"package-)" + QByteArray(1, id) + R"("},"doc":{"_id":")"
+                    + QByteArray(1, id) + "\"}}";
+    return '{' + head + R"("rows":[)" + rows.join(',') + "]}";
+}
+
+/** A database on the loopback and one of the two sources on it. */
+struct Stage
+{
+    explicit Stage(bool hasDocuments)
+        : hasDocuments(hasDocuments)
+        , context(server.url(QString()), "db"_s)
+    {
+        const QByteArray url = server.url("/db"_s).toString().toLatin1();
+        const QString hash =
+            QString::fromLatin1(QCryptographicHash::hash(url, QCryptographicHash::Md5).toHex());
+        directory.setPath(ts::Locations::dataLocation().filePath(
+            (hasDocuments ? "packages/my.bird/"_s : "packages/couchdb/"_s) + hash));
+        start();
+    }
+
+    void start()
+    {
+        source.reset();
+        if (hasDocuments)
+            source = std::make_unique<DocumentPackageSource>("my:bird"_s, &context);
+        else
+            source = std::make_unique<CouchDBPackageSource>(server.url("/db"_s), &manager);
+    }
+
+    void answer(const HttpAnswer &answer)
+    {
+        server.setHandler([answer](const HttpRequest &) { return answer; });
+    }
+
+    /** Lets the source ask, and returns the number of updates that it wants for it; negative if it hangs. */
+    int poll() const
+    {
+        const QSignalSpy updates(source.get(), &PackageSource::updateRequired);
+        source->update();
+        return QTest::qWaitFor([this] { return isIdle(); }) ? updates.count() : -1;
+    }
+    bool isIdle() const
+    {
+        return source->findChildren<ts::Request *>().isEmpty()
+               && source->findChildren<QFutureWatcherBase *>().isEmpty();
+    }
+
+    static QString ids(PackageAccessor *accessor)
+    {
+        accessor->initialize();
+        QString ids;
+        for (int i = 0; i < accessor->packageCount(); ++i)
+            ids += accessor->packageInfo(i).id;
+        return ids;
+    }
+    QString ids() const { return ids(std::unique_ptr<PackageAccessor>(source->getAccessor()).get()); }
+
+    /** What has been logged since the last call, without quotes, hashes and the URL of the server. */
+    QString news()
+    {
+        QString news;
+        for (; lines < log.lines().size(); ++lines)
+            news += " | "_s + log.lines().at(lines);
+        news.remove(server.url(QString()).toString()).remove(QLatin1Char('"'));
+        return news.replace(QRegularExpression("[0-9a-f]{32}"_s), "HASH"_s);
+    }
+
+    /** Puts a file into the directory of persisted listings, as old as if written in so many seconds. */
+    void write(const QString &name, const QByteArray &content, int age) const
+    {
+        QFile file(directory.filePath(name));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush()
+                && file.setFileTime(QDateTime::currentDateTime().addSecs(age), QFile::FileModificationTime));
+    }
+
+    const bool hasDocuments;
+    const LogCapture log{hasDocuments ? "tamsel.package.document"_s : "tamsel.package.couchdb"_s};
+    int lines = 0;
+    ScriptedServer server;
+    QNetworkAccessManager manager;
+    ts::data::Context context;
+    QDir directory;
+    std::unique_ptr<PackageSource> source;
+};
+
+struct TickCount : QObject
+{
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        count += event->type() == QEvent::Timer;
+        return false;
+    }
+    int count = 0;
+};
+
+} // namespace
+
+class tst_DatabaseSources : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void polls_data() { addKinds(); }
+    void polls()
+    {
+        QFETCH(bool, hasDocuments);
+        Stage stage(hasDocuments);
+        TickCount ticks;
+        stage.source->installEventFilter(&ticks);
+        for (const int expected : hasDocuments ? QVector<int>{1, 152, 303} : QVector<int>{1, 62, 123}) {
+            QVERIFY(stage.isIdle());
+            while (stage.isIdle() && ticks.count < 400)
+                FakeClock::advance(std::chrono::seconds(1));
+            QCOMPARE(ticks.count, expected);
+            QTRY_VERIFY(stage.isIdle());
+        }
+        QCOMPARE(stage.server.requests().size(), 3);
+        QCOMPARE(stage.server.requests().constFirst().headers.value("connection"), QByteArray("close"));
+        const QUrl url(QString::fromUtf8(stage.server.requests().constFirst().path));
+        QCOMPARE(url.path(), hasDocuments ? "/db/_design/melvoro/_view/by_type"_s
+                                          : "/db/_design/tamsel/_view/packages"_s);
+        const QString query = hasDocuments
+                                  ? R"(start_key=["my:bird",0]&end_key=["my:bird",[]]&include_docs=true)"_s
+                                  : QString();
+        QCOMPARE(url.query(QUrl::FullyDecoded), query);
+    }
+
+    void takesAnswers_data() { addKinds(); }
+    void takesAnswers()
+    {
+        QFETCH(bool, hasDocuments);
+        Stage stage(hasDocuments);
+        // The number of updates that the answer gives, what is there afterwards, and what is logged.
+        const auto after = [&stage](int status, const QByteArray &body, int cut = 0) {
+            HttpAnswer answer = HttpAnswer::with(status, body);
+            answer.bytes.chop(cut);
+            stage.answer(answer);
+            QString result = QString::number(stage.poll());
+            result += stage.ids();
+            return result += stage.news();
+        };
+        const QString gained = hasDocuments
+                                   ? " | info: Updating document packages for type my:bird new hash HASH"_s
+                                   : " | info: Finished update - new package list hash HASH"_s;
+        const QString same =
+            hasDocuments ? " | debug: Document package update finished, no update required for type my:bird"_s
+                         : QString();
+        const auto fails = [&](int status, const QByteArray &body, int cut, int networkError) {
+            const QString expected =
+                hasDocuments
+                    ? " | critical: Document package update failed with code  1 :  "
+                      "Fetch of document data failed %1: "_s.arg(networkError)
+                    : " | critical: Failed to load package listing QUrl(/db) with code %1"_s.arg(status);
+            const QString actual = after(status, body, cut);
+            return actual.startsWith("0ab"_s + expected) ? QString() : actual;
+        };
+
+        QCOMPARE(after(200, view("ab")), "1ab"_s + gained);
+        QCOMPARE(after(200, view("ab")), "0ab"_s + same);
+        if (hasDocuments)
+            QCOMPARE(after(200, view("ab", R"("total_rows":7,)")), "0ab"_s + same);
+        QCOMPARE(fails(500, view("x"), 0, QNetworkReply::InternalServerError), QString());
+        QCOMPARE(fails(401, view("x"), 0, QNetworkReply::AuthenticationRequiredError), QString());
+        QCOMPARE(fails(204, QByteArray(), 0, QNetworkReply::NoError), QString());
+        QCOMPARE(fails(200, view("x"), 3, QNetworkReply::RemoteHostClosedError), QString());
+        QCOMPARE(fails(200, QByteArray(16777217, ' '), 0, QNetworkReply::UnknownContentError), QString());
+        if (hasDocuments)
+            QCOMPARE(fails(404, view("x"), 0, QNetworkReply::ContentNotFoundError), QString());
+        else
+            QCOMPARE(after(404, view("x")), "0ab"_s);
+        QCOMPARE(after(200, "{}"), "1"_s + gained);
+        const QString cut = hasDocuments ? "0 | critical: Document package update failed with code  2 :  "_s
+                                         : "1"_s + gained + " | critical: Failed to parse data file "_s;
+        QCOMPARE(after(200, "{"), cut + "unterminated object"_s);
+        const QByteArray filled = R"({"rows":[{"key":["package"],"value":{"_id":"package-c","x":"%"}}]})";
+        const auto largest = [&](int excess) {
+            return QByteArray(filled).replace('%', QByteArray(4194305 - filled.size() + excess, 'x'));
+        };
+        if (hasDocuments)
+            return;
+        QCOMPARE(after(200, largest(0)), "1c"_s + gained);
+        QCOMPARE(after(200, largest(1)),
+                 "1"_s + gained + " | critical: Failed to parse data file unterminated object"_s);
+    }
+
+    void keepsTheListingForItsReaders_data() { addKinds(); }
+    void keepsTheListingForItsReaders()
+    {
+        QFETCH(bool, hasDocuments);
+        Stage stage(hasDocuments);
+        stage.answer(HttpAnswer::with(200, view("a")));
+        QCOMPARE(stage.poll(), 1);
+        const std::unique_ptr<PackageAccessor> old(stage.source->getAccessor());
+        stage.answer(HttpAnswer::with(200, view("b")));
+        QCOMPARE(stage.poll(), 1);
+        stage.answer(HttpAnswer::with(200, view("c")));
+        stage.source->update(); // overtaken by the next one
+        QCOMPARE(stage.poll(), 1);
+        const std::unique_ptr<PackageAccessor> last(stage.source->getAccessor());
+        stage.source.reset();
+        QCOMPARE(Stage::ids(old.get()) + Stage::ids(last.get()), "ac"_s);
+    }
+
+    void survivesRestarts_data() { addKinds(); }
+    void survivesRestarts()
+    {
+        QFETCH(bool, hasDocuments);
+        Stage stage(hasDocuments);
+        const auto files = [&stage] { return stage.directory.entryList(QDir::Files, QDir::Name); };
+        const auto persist = [&stage] {
+            stage.source->persist();
+            return stage.news();
+        };
+        const auto restart = [&stage] {
+            stage.start();
+            return stage.news() + " "_s + stage.ids();
+        };
+        const QString persisted = " | info: Persisted package list HASH"_s;
+        const QString loaded = hasDocuments ? " | info: Loaded persisted document list my:bird HASH "_s
+                                            : " | info: Loaded persisted package list HASH "_s;
+        QCOMPARE(persist(), QString());
+        QVERIFY(stage.directory.exists() && files().isEmpty());
+        stage.answer(HttpAnswer::with(200, view("a")));
+        QCOMPARE(stage.poll(), 1);
+        stage.news();
+        QCOMPARE(persist(), persisted);
+        QCOMPARE(restart(), loaded + "a"_s);
+        QCOMPARE(stage.poll(), 0);
+        const QStringList first = files();
+        QCOMPARE(first.size(), 1);
+        stage.write("older"_s, "x", -5);
+        stage.news();
+        QCOMPARE(persist(), QString()); // only tidies up: the file is there
+        QCOMPARE(files(), first);
+
+        // A copy that fails, here for a directory in its way, does not stop the removal either.
+        stage.answer(HttpAnswer::with(200, view("b")));
+        QCOMPARE(stage.poll(), 1);
+        stage.news();
+        QVERIFY(stage.directory.mkdir(".copy"_s));
+        QCOMPARE(persist(), " | critical: Failed to persist package list HASH"_s);
+        QVERIFY(files().isEmpty() && stage.directory.rmdir(".copy"_s));
+        QCOMPARE(persist(), persisted);
+
+        // The newest file alone is looked at, and neither the lock nor half a copy is taken for one.
+        stage.write("newest"_s, "", 5);
+        stage.write(".copy"_s, "half", 9);
+        QCOMPARE(restart(), " | critical: Persisted data verification failed, expected HASH got newest "_s);
+        QCOMPARE(restart(), loaded + "b"_s);
+
+        // Another process has persisted a newer listing: what was there has to be fetched again.
+        QVERIFY(stage.directory.remove(files().value(0)));
+        QCOMPARE(stage.ids(), QString());
+        QCOMPARE(stage.poll(), 1);
+        QCOMPARE(stage.ids(), "b"_s);
+    }
+
+    void waitsForTheLock()
+    {
+        Stage stage(false);
+        stage.answer(HttpAnswer::with(200, view("a")));
+        QCOMPARE(stage.poll(), 1);
+        QVERIFY(QDir().mkpath(stage.directory.path()));
+        QLockFile lock(stage.directory.filePath(".lock"_s));
+        QVERIFY(lock.lock());
+        bool wasLocked = false;
+        const std::unique_ptr<QThread> other(QThread::create([&] {
+            QThread::msleep(50); // persist() is waiting by then, or the test proves less
+            wasLocked = stage.directory.isEmpty(QDir::Files);
+            lock.unlock();
+        }));
+        other->start();
+        stage.source->persist();
+        QVERIFY(other->wait() && wasLocked && !stage.directory.isEmpty(QDir::Files));
+    }
+
+    void staysBelowPackages()
+    {
+        ts::data::Context context(QUrl("http://localhost:1"_s), "db"_s);
+        for (const char *type : {"::", "../..", "a/../../b"})
+            DocumentPackageSource(QString::fromLatin1(type), &context).persist();
+        const QStringList directories =
+            ts::Locations::dataLocation().entryList(QDir::Dirs | QDir::NoDotAndDotDot);
+        QVERIFY2(directories == QStringList("packages"_s) || directories.isEmpty(),
+                 qPrintable(directories.join(QLatin1Char(' '))));
+    }
+
+private:
+    static void addKinds()
+    {
+        QTest::addColumn<bool>("hasDocuments");
+        QTest::newRow("couchdb") << false;
+        QTest::newRow("documents") << true;
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_DatabaseSources)
+#include "tst_databasesources.moc"

@@ -1,0 +1,192 @@
+// Packages among the documents of a data context: as documents themselves, opened as documents, and linked
+// to.
+
+#include "database/documentpackageaccessor.h"
+#include "database/documentpackageloader.h"
+#include "presentation/packagereference.h"
+#include "presentation/packagereferencefield.h"
+#include "presentation/packagereferencetype.h"
+#include "storage/packageinstaller.h"
+#include "support/literals.h"
+#include "support/logcapture.h"
+#include "support/manualinstaller.h"
+#include "support/memorysource.h"
+#include "support/testprovider.h"
+
+#include <TamselDataCore/Context>
+#include <TamselDataCore/LinkedDocument>
+#include <TamselDataCore/ReferenceType>
+
+#include <QtTest>
+
+using namespace ts::data;
+using namespace ts::pm;
+using namespace ts::pm::test;
+
+namespace {
+
+/** A context whose documents can link to the packages of a memory source. */
+class PackageContext : public Context, public IPackageProvider
+{
+    Q_OBJECT
+    Q_INTERFACES(ts::pm::IPackageProvider)
+
+public:
+    PackageContext()
+        : Context(QUrl(), QString())
+    {
+        source.installers = [this](const QString &, const InstallLocation &location) {
+            installers.append(new ManualInstaller(location));
+            return installers.constLast();
+        };
+        provider.packageRepository()->addSource(&source);
+    }
+
+    PackageRepository *packageRepository() const override { return provider.packageRepository(); }
+    PackageReference *packageReference(const QString &id) override
+    {
+        asked << id;
+        return provider.packageReference(id);
+    }
+
+    /** Makes an index with the package "trail", or with one more version of it. */
+    [[nodiscard]] bool publish(const QJsonObject &manifest)
+    {
+        source.catalogue = {};
+        source.catalogue.addPackage("trail"_s, "hike"_s, manifest);
+        return provider.rebuild();
+    }
+
+    QStringList asked;
+    QVector<ManualInstaller *> installers;
+
+private:
+    MemorySource source;
+    TestProvider provider;
+};
+
+struct Other : QObject
+{
+    Q_OBJECT
+};
+
+} // namespace
+
+class tst_DocumentPackages : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void makesPackagesOfDocuments()
+    {
+        QTemporaryDir directory;
+        const QByteArray rows = R"([{"doc":{"_id":"x","_rev":"1-a","t":1}},{"doc":{"_id":"y"}},{},7])";
+        for (const QByteArray &content : {rows, QByteArray("{\"rows\":" + rows + "}")}) {
+            QFile file(directory.filePath("rows"_s));
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush());
+            DocumentPackageAccessor accessor("my:bird"_s, {file.fileName(), std::nullopt});
+            accessor.initialize();
+            QString found;
+            for (int i = -1; i <= accessor.packageCount(); ++i) {
+                const PackageInfo info = accessor.packageInfo(i);
+                const std::unique_ptr<PackageInstaller> installer(accessor.packageInstaller(i, {}));
+                found += "[%1 %2 %3 %4 %5]"_s.arg(info.id, info.type, info.revision)
+                             .arg(accessor.packageManifest(i).size())
+                             .arg(installer ? installer->status() : 0);
+            }
+            QCOMPARE(found, "[   0 0][x compat:my:bird 1-a 3 1][y compat:my:bird  1 1]"
+                            "[ compat:my:bird  0 1][ compat:my:bird  0 1][   0 0]"_s);
+            QVERIFY(accessor.packageFileUrl(0, "f"_s).isEmpty() && accessor.keywordLanguages().isEmpty());
+        }
+    }
+
+    void fixesManifests()
+    {
+        const QVector<QPair<QByteArray, QByteArray>> cases{
+            {R"({"docType":"a","type":"b"})", R"({"docType":"a","type":"b","wasCached":true})"},
+            {R"({"docType":"a","wasCached":1})", R"({"docType":"a","type":"a","wasCached":true})"},
+            {"{}", R"({"type":"","wasCached":true})"},
+        };
+        for (const auto &[manifest, fixed] : cases) {
+            QJsonObject object = QJsonDocument::fromJson(manifest).object();
+            fixManifest(object);
+            QCOMPARE(QJsonDocument(object).toJson(QJsonDocument::Compact), fixed);
+        }
+    }
+
+    void opensPackagesAsDocuments()
+    {
+        PackageContext context;
+        DocumentPackageLoader loader("tr"_s, &context);
+        DocumentPackageLoader second(QString(), &context);
+        const auto title = [&context] {
+            const LinkedDocument *document = context.loadedDocument("trail"_s);
+            return document ? document->data().value("title"_s).toString() : "none"_s;
+        };
+        QVERIFY(!loader.tryLoad("Trail"_s) && context.asked.isEmpty());
+        context.openDocument("trail"_s);
+        QVERIFY(loader.tryLoad("trail"_s) && second.tryLoad("trail"_s));
+        QCOMPARE(title(), "none"_s);
+        QVERIFY(context.publish({{"title"_s, "old"_s}})); // installing
+        QCOMPARE(title(), "old"_s);
+        context.installers.constLast()->succeed();
+        QSignalSpy changes(context.openDocument("trail"_s), &LinkedDocument::dataChanged);
+        QVERIFY(context.publish({{"title"_s, "new"_s}, {"docType"_s, "d"_s}}));
+        QCOMPARE(title(), "old"_s);
+        context.installers.constLast()->succeed();
+        QCOMPARE(title(), "new"_s);
+        QCOMPARE(changes.count(), 1);
+
+        // A package that is there already is delivered before the document is out.
+        PackageContext ready;
+        new DocumentPackageLoader("trail"_s, &ready);
+        QVERIFY(ready.publish({}));
+        QVERIFY(ready.openDocument("trail"_s)->isLoaded());
+    }
+
+    void linksToPackages()
+    {
+        registerReferenceType<PackageReferenceType>();
+        PackageContext context;
+        PackageReferenceField field;
+        field.setName("goal"_s);
+        LinkedDocument *document = context.openDocument("letter"_s);
+        const auto read = [&] { return field.read(document, "a/b"_s); };
+        document->setData({{"any"_s, QJsonArray{"ref:1:trail%2F%FC"_s}}});
+        QCOMPARE(context.asked,
+                 QStringList(QString::fromUtf8("trail/\xc3\xbc"))); // attached: it gets installed
+        PackageReference *trail = context.packageReference("trail"_s);
+        QCOMPARE(trail->status(), PackageReference::Unavailable);
+        const QVariant value = QVariant::fromValue(trail);
+        field.write(document, "a/b"_s, value);
+        QCOMPARE(document->getStructValue("a/b"_s, "goal"_s), QJsonValue("ref:1:trail"_s));
+        QCOMPARE(read(), value);
+        field.write(document, "a/b"_s, QVariant::fromValue<QObject *>(nullptr));
+        QVERIFY(document->getStructValue("a/b"_s, "goal"_s).isUndefined());
+        QCOMPARE(read(), QVariant::fromValue<PackageReference *>(nullptr));
+
+        LinkedDocument elsewhere("x"_s); // behind which there are no packages
+        QVERIFY(!elsewhere.decodeReference("ref:1:trail"_s));
+        LinkedDocument inOther("x"_s, &field);
+        QVERIFY(!inOther.decodeReference("ref:1:trail"_s));
+        QCOMPARE(field.read(nullptr, QString()).userType(), qMetaTypeId<LinkedDocument *>());
+        field.write(nullptr, QString(), value);
+
+        Other other;
+        const QVariant asObject = QVariant::fromValue<QObject *>(trail);
+        QVERIFY(field.compare(value, asObject) && field.compare(7, "x"_s) && !field.compare(value, 7)
+                && !field.compare(value, QVariant::fromValue(&other)));
+        QCOMPARE(field.convert(asObject), value);
+        for (const QVariant &foreign : {QVariant::fromValue(&other), QVariant(7), QVariant()}) {
+            QCOMPARE(field.convert(foreign).userType(), qMetaTypeId<LinkedDocument *>());
+            QVERIFY(!field.convert(foreign).value<QObject *>());
+        }
+        QSignalSpy accepted(&field, &PackageReferenceField::acceptedTypesChanged);
+        for (int i = 0; i < 2; ++i)
+            field.setAcceptedTypes(QStringList{"hike"_s});
+        QCOMPARE(accepted.count(), 1);
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_DocumentPackages)
+#include "tst_documentpackages.moc"
