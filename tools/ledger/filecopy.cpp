@@ -1,8 +1,12 @@
 #include "ledger/filecopy.h"
 
 #include <QCryptographicHash>
+#include <QDateTime>
 #include <QFile>
+#include <QFileInfo>
 #include <QSaveFile>
+
+#include <limits>
 
 namespace ts::ledger {
 
@@ -33,6 +37,13 @@ QString commit(QSaveFile &file)
     return QStringLiteral("%1: %2").arg(file.fileName(), file.errorString());
 }
 
+// In seconds; far back if there is no such file.
+qint64 timeOf(const QString &path)
+{
+    const QFileInfo file(path);
+    return file.exists() ? file.lastModified().toSecsSinceEpoch() : std::numeric_limits<qint64>::min();
+}
+
 } // namespace
 
 QString FileCopy::copy(const QString &source, const QString &target, const QByteArray &digest,
@@ -60,6 +71,9 @@ QString FileCopy::write(const QByteArray &content, const QString &target)
     if (!file.open(QIODevice::WriteOnly))
         return QStringLiteral("%1: %2").arg(target, file.errorString());
     file.write(content);
+    const qint64 oldTime = timeOf(target);
+    if (file.flush() && QDateTime::currentSecsSinceEpoch() <= oldTime)
+        file.setFileTime(QDateTime::fromSecsSinceEpoch(oldTime + 1), QFileDevice::FileModificationTime);
     return commit(file);
 }
 

@@ -18,7 +18,10 @@ public:
     static QString copy(const QString &source, const QString &target, const QByteArray &digest,
                         const Listener &listener);
 
-    /** Null, or what went wrong. */
+    /**
+     * Null, or what went wrong. The new file is at least a second younger than the one in whose place it
+     * comes: web servers make entity tags of the size and the time in seconds.
+     */
     static QString write(const QByteArray &content, const QString &target);
 
     /** The SHA-224 of a file; null, with what went wrong in \a error, if it cannot be read to its end. */

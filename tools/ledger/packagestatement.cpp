@@ -4,6 +4,7 @@
 
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QMap>
 
 namespace ts::ledger {
 
@@ -12,7 +13,22 @@ namespace {
 // Clients read texts up to a NUL.
 QString toText(const QByteArray &bytes)
 {
-    return QString::fromUtf8(bytes.left(bytes.indexOf('\0')));
+    return QString::fromUtf8(bytes.mid(0, bytes.indexOf('\0')));
+}
+
+// Of equal paths the last one counts; of paths that are equal up to a NUL, the one without.
+QJsonObject filesOf(const PackageRecord &package)
+{
+    QMap<QByteArray, QByteArray> digests;
+    for (const FileRecord &file : package.files)
+        digests.insert(file.path, file.digest);
+    QJsonObject files;
+    for (auto digest = digests.cbegin(); digest != digests.cend(); ++digest) {
+        const QString path = toText(digest.key());
+        if (!files.contains(path))
+            files.insert(path, QString::fromLatin1(digest->toHex()));
+    }
+    return files;
 }
 
 } // namespace
@@ -21,12 +37,9 @@ QByteArray packageStatement(const QByteArray &type, const PackageRecord &package
 {
     QJsonObject manifest = QJsonDocument::fromJson(package.manifest).object();
     manifest.remove(QStringLiteral("type"));
-    QJsonObject files;
-    for (const FileRecord &file : package.files)
-        files.insert(toText(file.path), QString::fromLatin1(file.digest.toHex()));
     return crypto::JsonSignature::toByteArray({{QStringLiteral("type"), toText(type)},
                                                {QStringLiteral("manifest"), manifest},
-                                               {QStringLiteral("files"), files}});
+                                               {QStringLiteral("files"), filesOf(package)}});
 }
 
 } // namespace ts::ledger
