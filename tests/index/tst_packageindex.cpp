@@ -20,6 +20,30 @@ QSharedPointer<PackageIndex> indexOfTypes(const QStringList &types)
     return buildIndex({catalogue});
 }
 
+// An index with a keyword "k" of texts such as "de=Vogel/Vögel, en=bird/birds".
+QSharedPointer<PackageIndex> indexOfKeyword(Keyword::Type type, const QString &texts)
+{
+    MemoryCatalogue catalogue;
+    catalogue.keywords.append({"k"_s, type, {}});
+    for (const QString &text : texts.split(", "_s, Qt::SkipEmptyParts)) {
+        const QStringList parts = text.split(QRegularExpression("[=/]"_s)) + QStringList(QString());
+        catalogue.keywords.first().strings.append({parts.at(0), parts.at(1), parts.at(2)});
+    }
+    return buildIndex({catalogue});
+}
+
+// All types with those letters: n noun, t those with one text for each language, l literal.
+QVector<Keyword::Type> typesOf(const QString &letters)
+{
+    QVector<Keyword::Type> types;
+    for (const auto type :
+         {Keyword::Noun, Keyword::Name, Keyword::Adjective, Keyword::Literal, Keyword::Category}) {
+        if (letters.contains(QLatin1Char("nttlt"[type])))
+            types += type;
+    }
+    return types;
+}
+
 // What a source has for one id, as in "p:type", a package, "k:text", a keyword, and "x:", one without a type.
 MemoryCatalogue recordsOf(const QString &records, int source)
 {
@@ -185,49 +209,117 @@ Creating link between "m" and "p" with type 6)"));
         }
     }
 
-    void selectsRangesOfTypes()
+    void selectsTypes()
     {
         const auto index =
-            indexOfTypes({"b:c"_s, "a::d"_s, "a:b:c"_s, "a-b"_s, ":x"_s, "-"_s, "a"_s, "a:b"_s});
+            indexOfTypes({"b:c"_s, "a::d"_s, "a:b:c"_s, "a-b"_s, ":x"_s, "-"_s, "a"_s, "a:b"_s, "a:bc"_s});
+        // type | packages from the first to the last that have it; those that have it
         for (const Row &row : rows(R"(
-                  | - :x a a-b a::d a:b a:b:c b:c
-            a     | a a-b a::d a:b a:b:c
-            a-b   | a-b
-            a:b   | a:b a:b:c
-            a:b:c | a:b:c
-            a:    | a::d
-            b     | b:c
-            :x    | :x
-            c     |
-            A     |
-            b:c:d | )"))
-            QCOMPARE(row.with(ids(PackageIndex::selectPackages(index, row[0], {}, {}))), row.text());
+                  | - :x a a-b a::d a:b a:b:c a:bc b:c; - :x
+            a     | a a-b a::d a:b a:b:c a:bc; a a::d a:b a:b:c a:bc
+            a-b   | a-b; a-b
+            a:b   | a:b a:b:c; a:b a:b:c
+            a:b:c | a:b:c; a:b:c
+            a:    | a::d; a::d
+            b     | b:c; b:c
+            :x    | :x; :x
+            c     | ;
+            A     | ;
+            b:c:d | ;)")) {
+            for (const QString &type : {row[0], row[0].isEmpty() ? QString() : row[0]}) { // null, too
+                const auto hasType = [&](PackageNode *node) { return node->hasType(QStringRef(&type)); };
+                const QString range = ids(PackageIndex::selectPackages(index, type, {}, {}));
+                const QString one = ids(PackageIndex::selectPackages(index, {}, hasType, {}));
+                QCOMPARE(row.with("%1; %2"_s.arg(range, one).trimmed()), row.text());
+            }
+        }
     }
 
-    void ordersPackagesBySortString()
+    void ordersBySortAndDisplayStrings()
     {
         MemoryCatalogue catalogue = graph("p1 is_a k1, p2 is_a k2, p, pB, pa, p3/T"_s);
         catalogue.addPackage("P"_s, "t"_s);
-        catalogue.addKeyword("k1"_s, Keyword::Name, "Zaunkönig"_s, "a"_s); // German texts count
-        catalogue.addKeyword("k2"_s, Keyword::Name, "amsel"_s, "b"_s);
+        catalogue.addKeyword("k1"_s, Keyword::Name, "Zaunkönig"_s, "a"_s); // German texts count for packages
+        catalogue.addKeyword("k2"_s, Keyword::Noun, "amsel"_s, "Z"_s);
+        catalogue.addKeyword("k3"_s, Keyword::Literal, "Jay"_s, "ignored"_s);
+        catalogue.addKeyword("k4"_s, Keyword::Adjective, "e"_s, "finch"_s);
         const auto index = buildIndex({catalogue});
-        QCOMPARE(index->activeLanguage().toString(), "en"_s);
         const QString order = ids(PackageIndex::selectPackages(index, {}, {}, {}));
         QVERIFY2(order == "p3 p P pa pB p2 p1"_s || order == "p3 P p pa pB p2 p1"_s, qPrintable(order));
+        QCOMPARE(ids(PackageIndex::selectKeywords(index, {})), "k1 k4 k3 k2"_s);
+        const auto filter = [](KeywordNode *node) { return node->type() != Keyword::Literal; };
+        QCOMPARE(ids(PackageIndex::selectKeywords(index, filter)), "k1 k4 k2"_s);
     }
 
-    void ordersKeywordsByDisplayString()
+    void keywordsShowAndSort()
     {
-        MemoryCatalogue catalogue;
-        catalogue.addKeyword("1"_s, Keyword::Name, "a"_s, "owl"_s);
-        catalogue.addKeyword("2"_s, Keyword::Literal, "Jay"_s, "ignored"_s);
-        catalogue.addKeyword("3"_s, Keyword::Category, "c"_s, "Finch"_s);
-        catalogue.addKeyword("4"_s, Keyword::Noun, "d"_s, "eagle"_s);
-        catalogue.addKeyword("5"_s, Keyword::Adjective, "e"_s, "Zebra"_s);
-        const auto index = buildIndex({catalogue});
-        QCOMPARE(ids(PackageIndex::selectKeywords(index, {})), "4 3 2 1 5"_s);
-        const auto filter = [](KeywordNode *node) { return node->type() != Keyword::Noun; };
-        QCOMPARE(ids(PackageIndex::selectKeywords(index, filter)), "3 2 1 5"_s);
+        // types | texts | shown, sorted by, complaint
+        for (const Row &row : rows(R"(
+            t   | de=Eule, en=owl, en=hooter, de=Kauz              | owl, Eule,
+            t   | en=owl, de=, de=Kauz, de=Eule                    | owl, Kauz,
+            n t | en=owl, en_GB=hooter, =bird                      | owl, ,
+            n t | de=Eule                                          | , Eule, "k" has empty string list
+            n t |                                                  | , , "k" has empty string list
+            n t | en=, en=owl                                      | , ,
+            n   | en=owl/owls, en=hooter/, de=Eule/Eulen, de=Kauz/ | owl, Eule,
+            n   | en=/Alps, de=/Alpen                              | Alps, Alpen,
+            n   | en=owl/, de=/, de=/Eulen                         | owl, Eulen,
+            l   | de=42, en=43                                     | 42, 42,
+            l   | =42                                              | 42, 42,
+            l   | =                                                | , ,
+            l   |                                                  | , , "k" has empty string)")) {
+            for (const Keyword::Type type : typesOf(row[0])) {
+                LogCapture log("tamsel.package.index"_s);
+                const auto index = indexOfKeyword(type, row[1]);
+                const QString warning = log.lines().filter("warning: "_s).join(QLatin1Char('\n'));
+                const KeywordNode *node = keyword(index, "k"_s);
+                QCOMPARE(row.with("%1, %2, %3"_s
+                                      .arg(node->displayString(), node->sortString(),
+                                           QString(warning).remove("warning: Keyword "_s))
+                                      .trimmed()),
+                         row.text());
+                QCOMPARE(node->type(), type);
+                QCOMPARE(node->isCategory(), type == Keyword::Category);
+                QCOMPARE(node->packageIndex(), index.data());
+            }
+        }
+    }
+
+    void keywordsFindTexts()
+    {
+        // types | texts | search | match: suggestions
+        for (const Row &row : rows(R"(
+            n t l | en=Äsop                               | äSOP       | 2: Äsop
+            n t l | en=Äsop                               | äs         | 1: Äsop
+            n t l | en=Äsop                               | OP         | 1: Äsop
+            n t l | en=Äsop                               | Äsops      | 0:
+            t l   | en=owl                                |            | 1: owl
+            n t l | en=                                   | owl        | 0:
+            n t l | en=                                   |            | 2:
+            n t   | de=Eule, en=barn owl, en=OWL          | owl        | 1: barn owl, OWL
+            n t   | de=Eule, en=owl, en=night bird        | night      | 1: night bird
+            n t   | de=Eule, en=owl, en=night bird        | NIGHT BIRD | 2: night bird
+            n t   | de=Eule, en=owl                       | eule       | 0:
+            n     | en=songbird/songbirds, en=bird/birds  | bird       | 1: songbird, bird
+            n     | en=songbird/songbirds, en=bird/birds  | BIRDS      | 1: songbirds, birds
+            n     | en=owl/owls, en=goose/geese           | Geese      | 2: geese
+            n     | en=owl/owls, en=goose/geese           | gee        | 1: geese
+            n     | en=owls/owl                           | owl        | 2: owls
+            n     | en=owl/owls                           |            | 1: owl
+            n     | en=owl/                               |            | 2: owl
+            n     | en=/owls                              |            | 2:)")) {
+            for (const Keyword::Type type : typesOf(row[0])) {
+                const auto index = indexOfKeyword(type, row[1]);
+                const KeywordNode *node = keyword(index, "k"_s);
+                const QString search = row[2];
+                QStringList suggestions;
+                for (const QStringRef &suggestion : node->suggestions(QStringRef(&search)))
+                    suggestions.append(suggestion.toString());
+                const QString found =
+                    "%1: %2"_s.arg(node->match(QStringRef(&search))).arg(suggestions.join(", "_s));
+                QCOMPARE(row.with(found.trimmed()), row.text());
+            }
+        }
     }
 
     void foldedOrderIsThatOfQString()

@@ -148,11 +148,9 @@ private Q_SLOTS:
             p is_a k, p is_not_a k, k is_a m                  | m
             p is_not_a m, p is_a k, k is_a m                  | k
             p is_a k, k is_not_a m, k is_a m                  | k m
-            p is_not_a k, k is_a m                            |
             p is_a k, k is_a m, m is_a k, m contains m        | k m
             p contains k, p is_a k, k is_a m                  | k m
-            p requires p2, p2 is_a k, p is_a m, m is_a p2     | m
-            m is_a k, p is_a k                                | k)")) {
+            p requires p2, p2 is_a k, p is_a m, m is_a p2     | m)")) {
             QStringList words =
                 ids(package(buildIndex({graph(row[0])}), "p"_s)->keywords()).split(QLatin1Char(' '));
             words.sort();
@@ -168,7 +166,6 @@ private Q_SLOTS:
         for (const Row &row : rows(R"(
             p/t:u is_a k                                      | t | yes
             p1/t, p2/t:u, p3/t-u is_a k                       | t | no
-            p is_a k                                          | u | no
             p1/:t is_a k                                      |   | yes
             p is_a p2/u, p2 is_a k                            | t | yes
             k is_a m, m is_a k, k is_a k, p                   | t | no
@@ -201,28 +198,19 @@ private Q_SLOTS:
             }
         }
         QVERIFY(answers[false] > 1000 && answers[true] > 1000);
-    }
 
-    void predicateAgreesWithTheWalk()
-    {
-        const quint32 seed = QRandomGenerator::global()->generate();
-        qInfo("seed %u", seed);
-        QRandomGenerator random(seed);
-        const KeywordReach::Test test = [](const KeywordNode *node) {
-            return node->id().at(node->id().size() - 1) > QLatin1Char('e');
-        };
+        const KeywordReach::Test test = [](const KeywordNode *node) { return node->id().right(1) > "e"_s; };
         const auto plain = [&](PackageNode *node) {
             const QSet<KeywordNode *> keywords = node->keywords();
             return std::any_of(keywords.begin(), keywords.end(), test);
         };
         const KeywordPredicate predicate(test);
         const KeywordPredicate copy = predicate;
-        for (const bool cycles : {true, false}) { // the second index is not the one that the predicate knows
-            const auto index = buildIndex({randomGraphs(random, cycles)});
-            const QString expected = ids(PackageIndex::selectPackages(index, {}, plain, {}));
+        for (const auto &next : {index, buildIndex({randomGraphs(random, true)})}) { // with cycles
+            const QString expected = ids(PackageIndex::selectPackages(next, {}, plain, {}));
             QVERIFY(expected.size() > 1000);
-            QCOMPARE(ids(PackageIndex::selectPackages(index, {}, predicate, {})), expected);
-            QCOMPARE(ids(PackageIndex::selectPackages(index, {}, copy, {})), expected);
+            QCOMPARE(ids(PackageIndex::selectPackages(next, {}, predicate, {})), expected);
+            QCOMPARE(ids(PackageIndex::selectPackages(next, {}, copy, {})), expected);
         }
     }
 
@@ -236,71 +224,32 @@ private Q_SLOTS:
             return leadsTo(buildIndex({graph(links)}), "k"_s, "t"_s);
         };
         QVERIFY(findsPackageBehind(19)); // somewhat more than half a million links
-        QVERIFY(!findsPackageBehind(20));
-        QVERIFY(!findsPackageBehind(60));
-    }
-
-    void hasType()
-    {
-        // of the package | asked for, where "" is an empty text and nothing a null one
-        for (const Row &row : rows(R"(
-            a:b   | a:b   | yes
-            a:b   | a     | yes
-            a:b   | a:b:c | no
-            a:bc  | a:b   | no
-            a:b   | a:bc  | no
-            a:b   | A     | no
-            a:b   | b     | no
-            a     |       | no
-            a     | ""    | no
-                  |       | yes
-            :a    | ""    | yes
-                  | a     | no
-            a     | a:    | no
-            a::b  | a:    | yes
-                  | ""    | yes)")) {
-            const QString query = row[1] == "\"\""_s ? QStringLiteral("")
-                                  : row[1].isEmpty() ? QString()
-                                                     : row[1];
-            const bool has =
-                package(buildIndex({graph("p/"_s + row[0])}), "p"_s)->hasType(QStringRef(&query));
-            QCOMPARE(row.with(has ? "yes"_s : "no"_s), row.text());
-        }
+        QVERIFY(!findsPackageBehind(20) && !findsPackageBehind(60));
     }
 
     void sortString()
     {
+        const QString word(5000, QLatin1Char('x'));
+        QStringList chain{"p is_a 0"_s};
+        QStringList cut; // after 256 keywords
+        for (int i = 0; i < 300; ++i)
+            chain.append("%1 is_a %2"_s.arg(i).arg(i + 1));
+        for (int i = 255; i >= 0; --i)
+            cut.append(QString::number(i));
         // links | text of p
-        for (const Row &row : rows(R"(
+        auto cases = rows(R"(
             p uses k, p relates_to k, p is_not_a k, p requires k  | #p
-            p is_a k, k is_a m, m is_a n                          | n>m>k#p
             p is_a k, p is_a l, k is_a m, l is_a m                | m>m>l>k#p
             p is b, p is a, p contains z, p contains y            | y&z&a&b#p
             p is a, p is_a k, k contains x                        | k:a#p
             p is_a p2, p contains p2, p2 is_a k                   | #p
             p is_a k, k is_a m, m is_a k                          | m>k#p
             p is_a k, k is_a k                                    | k#p
-            p is Zoo, p is Äpfel, p is apfel, p is Birne          | apfel&Äpfel&Birne&Zoo#p)"))
+            p is Zoo, p is Äpfel, p is apfel, p is Birne          | apfel&Äpfel&Birne&Zoo#p)");
+        cases.append(Row("p is a, p is %1 | a&%1#p"_s.arg(word)));
+        cases.append(Row(chain.join(", "_s) + " | "_s + cut.join(QLatin1Char('>')) + "#p"_s));
+        for (const Row &row : qAsConst(cases))
             QCOMPARE(row.with(package(buildIndex({graph(row[0])}), "p"_s)->sortString()), row.text());
-    }
-
-    void cutsLongChains()
-    {
-        QStringList links{"p is_a 0"_s};
-        QStringList chain;
-        for (int i = 0; i < 300; ++i)
-            links.append("%1 is_a %2"_s.arg(i).arg(i + 1));
-        for (int i = 255; i >= 0; --i)
-            chain.append(QString::number(i));
-        QCOMPARE(package(buildIndex({graph(links.join(", "_s))}), "p"_s)->sortString(),
-                 chain.join(QLatin1Char('>')) + "#p"_s);
-    }
-
-    void keepsLongTexts()
-    {
-        const QString word(5000, QLatin1Char('x'));
-        const QString text = package(buildIndex({graph("p is a, p is "_s + word)}), "p"_s)->sortString();
-        QVERIFY2(text == "a&%1#p"_s.arg(word), qPrintable("%1 characters"_s.arg(text.size())));
     }
 };
 

@@ -75,12 +75,6 @@ class Package:
         directory.mkdir(parents=True)
         return directory
 
-    def headers(self):
-        found = sorted(self.include.rglob("*.h"))
-        if not found:
-            raise Failure(f"no headers below {self.include}")
-        return found
-
     def pkg_config(self, *options):
         environment = dict(os.environ, PKG_CONFIG_PATH=str(self.libdir / "pkgconfig"))
         return shlex.split(run(self.arguments.pkg_config, *options, "TamselPackageManager", env=environment))
@@ -149,14 +143,10 @@ def self_contained(package, flags, header):
     return None if done.returncode == 0 else f"{header} does not compile alone:\n{done.stdout}"
 
 
-def forwarding_headers(package):
-    return [path for path in sorted(package.include.rglob("*")) if path.is_file() and not path.suffix]
-
-
 def headers(package):
     """Public headers are complete, private ones absent, and none remembers where it came from."""
-    found = package.headers()
-    forwarding = forwarding_headers(package)
+    found = sorted(package.include.rglob("*.h"))
+    forwarding = [path for path in sorted(package.include.rglob("*")) if path.is_file() and not path.suffix]
     findings = [f"private: {path}" for path in package.prefix.rglob("*_p.h")]
     room = re.compile(r'#\s*include\s*[<"](?:' + "|".join(ROOMS) + ")/")
     for path in found + forwarding:
@@ -165,8 +155,8 @@ def headers(package):
             findings.append(f"includes from a room of the source tree: {path}")
         if package.arguments.build in text:
             findings.append(f"names the build tree: {path}")
-    if not forwarding:
-        findings.append(f"no forwarding headers below {package.include}")
+    if not found or not forwarding:
+        findings.append(f"headers are missing below {package.include}")
     for path in forwarding:
         target = re.fullmatch(r'#include "(\w+\.h)"\n', path.read_text(encoding="utf-8"))
         if not target or not (path.parent / target.group(1)).is_file():
@@ -194,10 +184,8 @@ OWN = re.compile(
 
 
 def is_own(kind, name):
-    if OWN.match(name):
-        return True
-    # A template of Qt over one of our types, or our type's entry in Qt's registry of types.
-    return kind in "WVu" and ("ts::" in name or bool(FOREIGN_INLINE.match(name)))
+    # A template of Qt over one of our types, or our type's entry in Qt's registry of types, is weak.
+    return OWN.match(name) or (kind in "WVu" and ("ts::" in name or FOREIGN_INLINE.match(name)))
 
 
 def symbols(package):
@@ -205,19 +193,13 @@ def symbols(package):
     findings = []
     for library in LIBRARIES:
         path = package.libdir / f"lib{library}.so"
-        own = 0
-        for line in run(package.arguments.nm, "-D", "--defined-only", "--demangle", path).splitlines():
-            _, kind, name = line.split(" ", 2)
-            # The address sanitizer publishes a marker beside each of our variables.
-            if package.flags and name.startswith("__odr_asan."):
-                continue
-            if not is_own(kind, name):
-                findings.append(f"{path.name}: {kind} {name}")
-            elif kind in "TDBR":
-                own += 1
-        if own == 0:
+        lines = run(package.arguments.nm, "-D", "--defined-only", "--demangle", path).splitlines()
+        exported = [tuple(line.split(" ", 2)[1:]) for line in lines]
+        # The address sanitizer publishes a marker beside each of our variables.
+        findings += [f"{path.name}: {kind} {name}" for kind, name in exported
+                     if not is_own(kind, name) and not (package.flags and name.startswith("__odr_asan."))]
+        if not any(kind in "TDBR" and OWN.match(name) for kind, name in exported):
             findings.append(f"{path.name}: exports nothing of its own")
-        print(f"{path.name}: {own} strong symbols in ts::")
     fail_on(findings)
 
 

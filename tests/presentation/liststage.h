@@ -62,6 +62,7 @@ public:
         model.setMatcher(&matcher);
         model.setSorter(&sorter);
         timer->setInterval(0);
+        log.separator.clear();
         startJob();
         model.setPackageProvider(&provider);
         told();
@@ -81,13 +82,19 @@ public:
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
 
-    /** The signals until the model has come to rest. */
-    QString told()
+    /** Waits until the model has come to rest. */
+    void rest() const
     {
         startJob();
         while (watcher->isRunning())
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         QCoreApplication::processEvents();
+    }
+
+    /** The signals until the model has come to rest. */
+    QString told()
+    {
+        rest();
         return log.take();
     }
 

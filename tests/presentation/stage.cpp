@@ -1,17 +1,10 @@
 #include "stage.h"
 
-#include "index/packageindex.h"
-
-#include <QCoreApplication>
 #include <QJsonDocument>
 #include <QMetaMethod>
 #include <QRegularExpression>
-#include <QSemaphore>
-#include <QThreadPool>
-#include <QtTest>
 
 #include <algorithm>
-#include <memory>
 
 namespace ts::pm::test {
 
@@ -35,27 +28,6 @@ QString perform(const QString &play, const Verbs &verbs, const std::function<QSt
     return performed.join(" "_s);
 }
 
-QVector<QPair<QString, QString>> tableRows(const char *table)
-{
-    QVector<QPair<QString, QString>> rows;
-    const QStringList lines = QString::fromUtf8(table).split("\n"_s);
-    for (const QString &line : lines) {
-        if (line.contains("|"_s))
-            rows.append({line.section("|"_s, 0, 0).trimmed(), line.section("|"_s, 1).trimmed()});
-        else if (!line.trimmed().isEmpty())
-            rows.last().second = (rows.last().second + line).simplified();
-    }
-    return rows;
-}
-
-void addPlays(const char *table)
-{
-    QTest::addColumn<QString>("play");
-    const auto rows = tableRows(table);
-    for (const auto &[name, play] : rows)
-        QTest::newRow(qPrintable(name)) << play;
-}
-
 Stage::Stage()
 {
     source.installers = [this](const QString &id, const InstallLocation &location) {
@@ -68,31 +40,6 @@ Stage::Stage()
         return installer;
     };
     repository()->addSource(&source);
-}
-
-void Stage::publish()
-{
-    if (!provider.rebuild())
-        qFatal("There is no index");
-}
-
-PackageNode *Stage::node(const QString &id) const
-{
-    return repository()->packageIndex()->getPackage(QStringRef(&id));
-}
-
-void Stage::settle()
-{
-    QCoreApplication::processEvents();
-    QThreadPool::globalInstance()->waitForDone();
-    QCoreApplication::processEvents();
-}
-
-bool Stage::waitForRoom()
-{
-    const auto ran = std::make_shared<QSemaphore>();
-    QThreadPool::globalInstance()->start([ran] { ran->release(); });
-    return ran->tryAcquire(1, 30000);
 }
 
 SignalLog::SignalLog(QObject *object, const QMetaObject &base)
@@ -137,9 +84,16 @@ ModelLog::ModelLog(QAbstractListModel *model)
 
 QString ModelLog::rows() const
 {
-    const QString told = mirror.join(", "_s);
-    const QString actual = read(0, model->rowCount() - 1).join(", "_s);
+    const QString told = mirror.join(separator);
+    const QString actual = read(0, model->rowCount() - 1).join(separator);
     return actual == told ? told : "told: %1; has: %2"_s.arg(told, actual);
+}
+
+QString ModelLog::takeWithRows()
+{
+    const QString told = take();
+    const bool isNew = rows() != std::exchange(rowsBefore, rows());
+    return isNew ? told + "; "_s + (rowsBefore.isEmpty() ? "none"_s : rowsBefore) : told;
 }
 
 QStringList ModelLog::read(int first, int last) const
@@ -151,7 +105,7 @@ QStringList ModelLog::read(int first, int last) const
         QStringList values;
         for (const int role : qAsConst(roles))
             values.append(model->index(row).data(role).toString());
-        rows.append(values.join("|"_s));
+        rows.append(values.join("/"_s));
     }
     return rows;
 }

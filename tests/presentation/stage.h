@@ -3,16 +3,15 @@
 #include "literals.h"
 #include "manualinstaller.h"
 #include "memorysource.h"
+#include "table.h"
 #include "testprovider.h"
 
 #include <QAbstractItemModelTester>
 #include <QAbstractListModel>
+#include <QCoreApplication>
 #include <QPointer>
 #include <QSet>
-
-namespace ts::pm {
-class PackageNode;
-}
+#include <QThreadPool>
 
 namespace ts::pm::test {
 
@@ -27,12 +26,6 @@ using Verbs = QHash<QString, std::function<void(const QString &argument)>>;
  */
 QString perform(const QString &play, const Verbs &verbs, const std::function<QString()> &effects);
 
-/** The lines of a table, each in two cells. A line without "|" goes on with the one before. */
-QVector<QPair<QString, QString>> tableRows(const char *table);
-
-/** Makes each row of a table, a name and a play, a row of test data. */
-void addPlays(const char *table);
-
 /** A repository with one source in memory, and with installers that end when the test says so. */
 class Stage
 {
@@ -40,14 +33,20 @@ public:
     Stage();
 
     /** Builds an index of what the catalogue holds now. */
-    void publish();
+    void publish()
+    {
+        if (!provider.rebuild())
+            qFatal("There is no index");
+    }
     PackageRepository *repository() const { return provider.packageRepository(); }
-    PackageNode *node(const QString &id) const;
 
     /** Lets all queued calls and all jobs of the thread pool come to their end. */
-    static void settle();
-    /** Waits until a thread pool of one place has room for another job. */
-    [[nodiscard]] static bool waitForRoom();
+    static void settle()
+    {
+        QCoreApplication::processEvents();
+        QThreadPool::globalInstance()->waitForDone();
+        QCoreApplication::processEvents();
+    }
 
     MemorySource source;
     MemoryCatalogue &catalogue = source.catalogue;
@@ -88,6 +87,10 @@ public:
 
     /** The rows with all their roles as the signals tell them; or a complaint, if the model has others. */
     QString rows() const;
+    /** What has come since the last call, and behind a semicolon the rows, if they are others than then. */
+    QString takeWithRows();
+
+    QString separator = ", "_s; // of rows
 
 private:
     QStringList read(int first, int last) const;
@@ -95,6 +98,7 @@ private:
     QAbstractListModel *const model;
     QAbstractItemModelTester tester;
     QStringList mirror;
+    QString rowsBefore;
 };
 
 } // namespace ts::pm::test

@@ -8,11 +8,9 @@
 #include "presentation/sortbystringfield.h"
 #include "stage.h"
 
-#include <QJsonDocument>
 #include <QtTest>
 
 #include <future>
-#include <memory>
 
 using namespace ts::pm;
 using namespace ts::pm::test;
@@ -34,32 +32,38 @@ public:
         catalogue.addLink("oak"_s, IsA, "tree"_s);
         catalogue.addLink("tree"_s, Contains, "shade"_s);
         catalogue.addLink("fern"_s, RelatesTo, "shade"_s);
-        catalogue.addLink("oak"_s, IsNotA, "shade"_s);
+        catalogue.addLink("oak"_s, IsNotA, "shade"_s); // which it has by way of the tree
+        publish();
     }
 
-    PackageMatcher *keyword(const QString &id)
+    /** Of words such as "all has:tree part:shade field:picture ." */
+    PackageMatcher *matcher(QStringList &words)
     {
-        auto *matcher = new HasKeyword(&owner);
-        matcher->setKeywordId(id);
+        const QString verb = words.first().section(":"_s, 0, 0);
+        const QString argument = words.takeFirst().section(":"_s, 1).replace("_"_s, " "_s);
+        if (verb == "all"_s || verb == "any"_s) {
+            auto *group = new PackageMatcherGroup(owner.get());
+            group->setProperty("matchRequirement", int(verb == "any"_s));
+            while (words.first() != "."_s)
+                group->addMatcher(matcher(words));
+            words.removeFirst();
+            return group;
+        }
+        PackageMatcher *matcher = new MatchesKeywordSearch(owner.get());
+        if (verb == "has"_s)
+            matcher = new HasKeyword(owner.get());
+        else if (verb == "field"_s)
+            matcher = new HasManifestField(owner.get());
+        for (const char *property : {"keywordId", "name", "searchString"})
+            matcher->setProperty(property, argument);
+        matcher->setProperty("matchMode", int(verb == "full"_s));
         return matcher;
     }
 
-    PackageMatcher *search(const QString &text, MatchesKeywordSearch::MatchMode mode)
+    PackageIndex::PackageFilter filter(const QString &text)
     {
-        auto *matcher = new MatchesKeywordSearch(&owner);
-        matcher->setSearchString(text);
-        matcher->setMatchMode(mode);
-        return matcher;
-    }
-
-    PackageMatcher *group(PackageMatcherGroup::MatchRequirement requirement,
-                          const QList<PackageMatcher *> &members)
-    {
-        auto *matcher = new PackageMatcherGroup(&owner);
-        matcher->setMatchRequirement(requirement);
-        for (PackageMatcher *member : members)
-            matcher->addMatcher(member);
-        return matcher;
+        QStringList words = text.split(" "_s);
+        return matcher(words)->matchFunction();
     }
 
     QString select(const PackageIndex::PackageFilter &filter, const PackageIndex::PackageOrder &less) const
@@ -71,12 +75,6 @@ public:
         return ids.join(" "_s);
     }
 
-    QString taken(const PackageMatcher *matcher) const
-    {
-        const auto filter = matcher->matchFunction();
-        return filter ? select(filter, {}) : "unrestricted"_s;
-    }
-
     // By the function itself, and by the index, which may have a quicker way for it.
     QString sorted(const PackageSorter &sorter) const
     {
@@ -86,14 +84,8 @@ public:
         return ids == byCalls ? ids : ids + " or "_s + byCalls;
     }
 
-private:
-    QObject owner;
+    std::unique_ptr<QObject> owner = std::make_unique<QObject>();
 };
-
-constexpr auto all = PackageMatcherGroup::MatchAll;
-constexpr auto any = PackageMatcherGroup::MatchAny;
-constexpr auto partial = MatchesKeywordSearch::PartialMatch;
-constexpr auto full = MatchesKeywordSearch::FullMatch;
 
 } // namespace
 
@@ -105,44 +97,37 @@ private Q_SLOTS:
     void matchers();
     void membershipChangesAreTold();
     void functionsOutliveMatchersOnAnyThread();
-    void sorters_data();
     void sorters();
 };
 
 void tst_Matchers::matchers()
 {
-    Garden g;
-    g.publish();
-    PackageMatcher *const none = g.keyword(QString());
-    PackageMatcher *const tree = g.keyword("tree"_s);
-    PackageMatcher *const shade = g.keyword("shade"_s);
-    QCOMPARE(g.taken(none), "unrestricted"_s);
-    QCOMPARE(g.taken(tree), "elm oak"_s);
-    QCOMPARE(g.taken(shade), "elm fern"_s); // elm by way of tree; oak excludes it
-    QCOMPARE(g.taken(g.keyword("Tree"_s)), QString());
-    QCOMPARE(g.taken(g.keyword("tre"_s)), QString());
-    HasManifestField picture;
-    QCOMPARE(g.taken(&picture), "unrestricted"_s);
-    picture.setName("picture"_s);
-    QCOMPARE(g.taken(&picture), "elm fern"_s);
-    QCOMPARE(g.taken(g.search(QString(), full)), "unrestricted"_s);
-    QCOMPARE(g.taken(g.search("tall TREE"_s, full)), "elm oak"_s);
-    QCOMPARE(g.taken(g.search("had"_s, partial)), "elm fern"_s);
-    QCOMPARE(g.taken(g.search("had"_s, full)), QString());
-    QCOMPARE(g.taken(g.search("tree tall"_s, partial)), QString());
-    QCOMPARE(g.taken(g.search("shade "_s, partial)), QString());
-
-    QCOMPARE(g.taken(g.group(all, {})), "unrestricted"_s);
-    QCOMPARE(g.taken(g.group(any, {none, g.group(all, {none})})), "unrestricted"_s);
-    QCOMPARE(g.taken(g.group(all, {tree, shade})), "elm"_s);
-    QCOMPARE(g.taken(g.group(any, {tree, shade})), "elm fern oak"_s);
-    QCOMPARE(g.taken(g.group(any, {none, shade})), "elm fern"_s);
-    QCOMPARE(g.taken(g.group(all, {none, tree})), "elm oak"_s);
-    QCOMPARE(g.taken(g.group(any, {g.group(all, {tree, shade}), g.keyword("unknown"_s)})), "elm"_s);
-    PackageMatcher *const nested = g.group(all, {g.group(any, {tree, shade}), shade});
-    QCOMPARE(g.taken(nested), "elm fern"_s);
-    delete shade;
-    QCOMPARE(g.taken(nested), "elm oak"_s);
+    Garden garden;
+    for (const Row &row : rows(R"(
+        has:                                     | unrestricted
+        has:tree                                 | elm oak
+        has:shade                                | elm fern
+        has:Tree                                 |
+        has:tre                                  |
+        field:                                   | unrestricted
+        field:picture                            | elm fern
+        full:                                    | unrestricted
+        full:tall_TREE                           | elm oak
+        part:had                                 | elm fern
+        full:had                                 |
+        part:tree_tall                           |
+        part:shade_                              |
+        all .                                    | unrestricted
+        any has: all has: . .                    | unrestricted
+        all has:tree has:shade .                 | elm
+        any has:tree has:shade .                 | elm fern oak
+        any has: has:shade .                     | elm fern
+        all has: has:tree .                      | elm oak
+        any all has:tree has:shade . has:none .  | elm
+        all any has:tree has:shade . has:shade . | elm fern)")) {
+        const auto filter = garden.filter(row[0]);
+        QCOMPARE(row.with(filter ? garden.select(filter, {}) : "unrestricted"_s), row.text());
+    }
 }
 
 // What comes of a word: signals at once, and after a slash those of a queued call.
@@ -152,27 +137,25 @@ void tst_Matchers::membershipChangesAreTold()
         "add:01234[/matchersChanged, updateRequested] add:0 add: tell:0[updateRequested/] "
         "remove:0[/matchersChanged, updateRequested] remove:0 tell:0 "
         "clear[/matchersChanged, updateRequested] clear tell:1[updateRequested/] " // on purpose
-        "append[/matchersChanged, updateRequested]"_s;
+        "append[/matchersChanged, updateRequested] destroy"_s;
     PackageMatcherGroup group;
     QQmlListProperty<PackageMatcher> list = group.matchers();
-    HasKeyword members[5];
+    auto members = std::make_unique<std::array<HasKeyword, 5>>();
     const auto add = [&](const QString &numbers) {
         for (const QChar number : numbers)
-            group.addMatcher(&members[number.digitValue()]);
+            group.addMatcher(&members->at(uint(number.digitValue())));
         if (numbers.isEmpty())
             group.addMatcher(nullptr);
         QCOMPARE(list.count(&list), 5);
-        QCOMPARE(list.at(&list, 4), &members[4]);
+        QCOMPARE(list.at(&list, 4), &members->at(4));
     };
-    const auto clear = [&] {
-        list.clear(&list);
-        QCOMPARE(list.count(&list), 0);
-    };
-    const Verbs verbs{{"add"_s, add},
-                      {"remove"_s, [&](auto number) { group.removeMatcher(&members[number.toInt()]); }},
-                      {"clear"_s, [&](auto) { clear(); }},
-                      {"append"_s, [&](auto) { list.append(&list, &members[2]); }},
-                      {"tell"_s, [&](auto number) { Q_EMIT members[number.toInt()].updateRequested(); }}};
+    const Verbs verbs{
+        {"add"_s, add},
+        {"remove"_s, [&](auto number) { group.removeMatcher(&members->at(number.toUInt())); }},
+        {"clear"_s, [&](auto) { list.clear(&list); }},
+        {"append"_s, [&](auto) { list.append(&list, &members->at(2)); }},
+        {"destroy"_s, [&](auto) { members.reset(); }},
+        {"tell"_s, [&](auto number) { Q_EMIT members->at(number.toUInt()).updateRequested(); }}};
     SignalLog log(&group);
     const auto effects = [&log] {
         const QString early = log.take();
@@ -181,21 +164,14 @@ void tst_Matchers::membershipChangesAreTold()
         return both == "/"_s ? QString() : both;
     };
     QCOMPARE(perform(play, verbs, effects), play);
+    QVERIFY(!group.matchFunction()); // its one member is gone
 }
 
 void tst_Matchers::functionsOutliveMatchersOnAnyThread()
 {
     Garden garden;
-    garden.publish();
-    auto search = std::make_unique<MatchesKeywordSearch>();
-    search->setSearchString("shade"_s);
-    auto field = std::make_unique<HasManifestField>();
-    field->setName("picture"_s);
-    PackageMatcher *const group = garden.group(all, {garden.keyword("shade"_s), search.get(), field.get()});
-    const auto filter = group->matchFunction();
-    delete group;
-    search.reset();
-    field.reset();
+    const auto filter = garden.filter("all has:shade part:shade field:picture ."_s);
+    garden.owner.reset();
     std::future<QString> threads[4];
     for (std::future<QString> &thread : threads)
         thread = std::async(std::launch::async, [&] { return garden.select(filter, {}); });
@@ -206,43 +182,31 @@ void tst_Matchers::functionsOutliveMatchersOnAnyThread()
     QCOMPARE(garden.select(filter, {}), "fern"_s); // in another index than it was first used for
 }
 
-void tst_Matchers::sorters_data()
-{
-    QTest::addColumn<QByteArrayList>("values"); // of the packages a, b, c and so on, as JSON; empty for none
-    QTest::addColumn<QString>("byInteger");
-    QTest::addColumn<QString>("byString");
-    QTest::newRow("numbers") << QByteArrayList{"10", "9", "", "-1"} << "d c b a"
-                             << "a b c d";
-    QTest::newRow("not whole, not 32 bits, no numbers")
-        << QByteArrayList{"1", R"("10")", "2.5", "3000000000", "-1", "true"} << "e b c d f a"
-        << "a c d e f b";
-    QTest::newRow("texts") << QByteArrayList{R"("b")", R"("C")", R"("a")", ""} << "a b c d"
-                           << "d b c a";
-    QTest::newRow("ties") << QByteArrayList{"2", "1", "2", "1"} << "b d a c"
-                          << "a b c d";
-}
-
 void tst_Matchers::sorters()
 {
-    QFETCH(QByteArrayList, values);
-    Garden garden;
-    garden.catalogue = MemoryCatalogue();
-    QStringList indexOrder;
-    for (int i = 0; i < values.size(); ++i) {
-        indexOrder.append(QString(QLatin1Char(char('a' + i))));
-        garden.catalogue.addPackage(indexOrder.last(), {},
-                                    QJsonDocument::fromJson(R"({"key": )" + values.at(i) + "}").object());
+    // values of the packages a, b, c and so on, nothing for none | by integer, by string
+    for (const Row &row : rows(R"(
+        10; 9; ; -1                           | d c b a, a b c d
+        1; "10"; 2.5; 3000000000; -1; true    | e b c d f a, a c d e f b
+        "b"; "C"; "a";                        | a b c d, d b c a
+        2; 1; 2; 1                            | b d a c, a b c d)")) {
+        Garden garden;
+        garden.catalogue = MemoryCatalogue();
+        const QStringList values = row[0].split(";"_s);
+        for (int i = 0; i < values.size(); ++i)
+            garden.catalogue.addPackage(
+                QChar('a' + i), {},
+                QJsonDocument::fromJson(R"({"key": )" + values.at(i).toUtf8() + "}").object());
+        garden.publish();
+        SortByIntegerField byInteger;
+        SortByStringField byString;
+        QVERIFY(!byInteger.sortFunction() && !byString.sortFunction());
+        byInteger.setName("key"_s);
+        byString.setName("key"_s);
+        QCOMPARE(row.with(garden.sorted(byInteger) + ", "_s + garden.sorted(byString)), row.text());
+        byInteger.setName("Key"_s);
+        QCOMPARE(garden.sorted(byInteger), garden.select({}, {}));
     }
-    garden.publish();
-    SortByIntegerField byInteger;
-    SortByStringField byString;
-    QVERIFY(!byInteger.sortFunction() && !byString.sortFunction());
-    byInteger.setName("key"_s);
-    byString.setName("key"_s);
-    QTEST(garden.sorted(byInteger), "byInteger");
-    QTEST(garden.sorted(byString), "byString");
-    byInteger.setName("Key"_s);
-    QCOMPARE(garden.sorted(byInteger), indexOrder.join(" "_s));
 }
 
 QTEST_GUILESS_MAIN(tst_Matchers)

@@ -3,7 +3,6 @@
 #include "presentation/hasmanifestfield.h"
 #include "presentation/keywordsuggestionmodel.h"
 #include "presentation/manifestbooleanfield.h"
-#include "presentation/manifestfilefield.h"
 #include "presentation/manifestsizefield.h"
 #include "presentation/manifeststringfield.h"
 #include "presentation/matcheskeywordsearch.h"
@@ -11,68 +10,42 @@
 #include "presentation/packagelistmodel.h"
 #include "presentation/packagematchergroup.h"
 #include "presentation/sortbyintegerfield.h"
-#include "presentation/sortbystringfield.h"
 #include "stage.h"
 #include "support/logcapture.h"
 
 #include <QMetaEnum>
-#include <QMetaMethod>
 #include <QMetaProperty>
 #include <QtTest>
-
-#include <memory>
 
 using namespace ts::pm;
 using namespace ts::pm::test;
 
 namespace {
 
-QString nameOf(const QMetaObject &type)
-{
-    return QString::fromLatin1(type.className()).remove("ts::pm::"_s);
-}
-
-template<typename... Types>
-QVector<const QMetaObject *> metaObjects()
-{
-    return {&Types::staticMetaObject...};
-}
-
 template<typename... Types>
 QHash<QString, QObject *(*)()> makers()
 {
-    return {{nameOf(Types::staticMetaObject), []() -> QObject * { return new Types; }}...};
+    return {{QString::fromLatin1(Types::staticMetaObject.className()).remove("ts::pm::"_s),
+             []() -> QObject * { return new Types; }}...};
 }
 
-// What the class adds to its base, in the order of declaration: properties, signals, private slots with a
-// minus, invokables with their type, enumerations.
+// The properties that a class adds to its base, with the signal of each, and its enumerations.
 QString describe(const QMetaObject &type)
 {
-    QByteArrayList parts{type.superClass()->className()};
-    for (int i = type.classInfoOffset(); i < type.classInfoCount(); ++i)
-        parts += QByteArray("default ") + type.classInfo(i).value();
+    QByteArrayList parts;
     for (int i = type.propertyOffset(); i < type.propertyCount(); ++i) {
         const QMetaProperty property = type.property(i);
-        parts += property.typeName() + QByteArray(" ") + property.name()
-                 + (property.isWritable() ? " write" : "") + (property.isConstant() ? " const" : "")
-                 + (property.hasNotifySignal() ? ' ' + property.notifySignal().name() : QByteArray());
-    }
-    for (int i = type.methodOffset(); i < type.methodCount(); ++i) {
-        const QMetaMethod method = type.method(i);
-        const char *const access[] = {"-", "protected ", ""};
-        const bool isInvokable = method.methodType() == QMetaMethod::Method;
-        const QByteArray kind = method.methodType() == QMetaMethod::Slot ? "slot " : "";
-        parts += access[method.access()] + kind + (isInvokable ? method.typeName() + QByteArray(" ") : "")
-                 + method.methodSignature();
+        parts += property.name() + QByteArray(property.isWritable() ? " write " : " ")
+                 + (property.isConstant() ? "const" : property.notifySignal().name());
     }
     for (int i = type.enumeratorOffset(); i < type.enumeratorCount(); ++i) {
         const QMetaEnum enumeration = type.enumerator(i);
         parts += enumeration.name();
         for (int j = 0; j < enumeration.keyCount(); ++j)
-            parts.last() +=
-                ' ' + QByteArray(enumeration.key(j)) + '=' + QByteArray::number(enumeration.value(j));
+            parts.last() += QByteArray(j ? " " : ": ") + enumeration.key(j) + '='
+                            + QByteArray::number(enumeration.value(j));
     }
-    return QString::fromLatin1(parts.join(", ").replace("ts::pm::", "").replace("-slot ", "-"));
+    return QString::fromLatin1(parts.join(", ")).replace(" ,"_s, ","_s);
 }
 
 } // namespace
@@ -84,149 +57,110 @@ class tst_QmlClasses : public QObject
 private Q_SLOTS:
     void surface();
     void settersTellOnce();
-    void providers_data();
     void providers();
+
+private:
+    std::unique_ptr<QObject> make(const QString &type) const
+    {
+        return std::unique_ptr<QObject>(known.value(type)());
+    }
+
+    const QHash<QString, QObject *(*)()> known =
+        makers<ManifestField, ManifestBooleanField, ManifestStringField, ManifestSizeField, PackageData,
+               HasKeyword, HasManifestField, MatchesKeywordSearch, PackageMatcherGroup, SortByIntegerField,
+               PackageListModel, CategoryListModel, KeywordSuggestionModel, Keyword>();
 };
 
 void tst_QmlClasses::surface()
 {
-    const auto types = metaObjects<PackageReference, ManifestField, ManifestBooleanField, ManifestStringField,
-                                   ManifestSizeField, ManifestFileField, PackageData, PackageMatcher,
-                                   HasKeyword, HasManifestField, MatchesKeywordSearch, PackageMatcherGroup,
-                                   PackageSorter, SortByField, SortByIntegerField, SortByStringField,
-                                   PackageListModel, CategoryListModel, KeywordSuggestionModel, Keyword>();
-    const auto rows = tableRows(R"(
-PackageReference | QObject, QString id const, QString type typeChanged, PackageReference::Status status
-    statusChanged, typeChanged(), statusChanged(), updated(), translationsChanged(), -init(), -update(),
-    -computeStatus(), QJsonObject manifest(), QJsonValue manifestField(QString), QUrl fileUrl(QString), Status
-    Unavailable=-3 Incomplete=-2 Unknown=-1 Installing=0 Installed=1
-ManifestField | QObject, QString name write nameChanged, nameChanged(), updateRequested()
-ManifestBooleanField | ManifestField, bool defaultValue write defaultValueChanged, defaultValueChanged()
-ManifestStringField | ManifestField, QString defaultValue write defaultValueChanged, defaultValueChanged()
-ManifestSizeField | ManifestField, QSizeF defaultValue write defaultValueChanged, defaultValueChanged()
-ManifestFileField | ManifestField
-PackageData | QObject, default manifestFields, PackageReference* packageReference write
-    packageReferenceChanged, QQmlListProperty<ManifestField> manifestFields manifestFieldsChanged,
-    QQmlPropertyMap* $ const, QQmlPropertyMap* manifest const, packageReferenceChanged(),
-    manifestFieldsChanged(), -processFieldChange(), -update()
-PackageMatcher | QObject, updateRequested()
-HasKeyword | PackageMatcher, QString keywordId write keywordIdChanged, keywordIdChanged()
-HasManifestField | PackageMatcher, QString name write nameChanged, nameChanged()
-MatchesKeywordSearch | PackageMatcher, QString searchString write searchStringChanged,
-    MatchesKeywordSearch::MatchMode matchMode write matchModeChanged, searchStringChanged(),
-    matchModeChanged(), MatchMode PartialMatch=0 FullMatch=1
-PackageMatcherGroup | PackageMatcher, default matchers, PackageMatcherGroup::MatchRequirement matchRequirement
-    write, QQmlListProperty<PackageMatcher> matchers matchersChanged, matchRequirementChanged(),
-    matchersChanged(), -notifyMatcherChange(), void addMatcher(PackageMatcher*), void
-    removeMatcher(PackageMatcher*), MatchRequirement MatchAll=0 MatchAny=1
-PackageSorter | QObject, updateRequested()
-SortByField | PackageSorter, QString name write nameChanged, nameChanged()
-SortByIntegerField | SortByField
-SortByStringField | SortByField
-PackageListModel | QAbstractListModel, default manifestFields, QObject* packageProvider write
-    packageProviderChanged, QString packageType write packageTypeChanged, QQmlListProperty<ManifestField>
-    manifestFields manifestFieldsChanged, PackageMatcher* matcher write matcherChanged, PackageSorter* sorter
-    write sorterChanged, int count countChanged, packageProviderChanged(), packageTypeChanged(),
-    manifestFieldsChanged(), matcherChanged(), sorterChanged(), countChanged(), -scheduleUpdate(),
-    -finishListUpdate(), -processFieldChange(), QString packageAt(int), int indexOf(QString), QJsonValue
-    manifestField(int,QString)
-CategoryListModel | QAbstractListModel, QString packageType write packageTypeChanged, QObject* packageProvider
-    write packageProviderChanged, packageTypeChanged(), packageProviderChanged(), -updateList(),
-    -finishUpdate()
-KeywordSuggestionModel | QAbstractListModel, QString packageType write packageTypeChanged, QObject*
-    packageProvider write packageProviderChanged, QString searchString write searchStringChanged, int count
-    countChanged, packageTypeChanged(), packageProviderChanged(), searchStringChanged(), countChanged(),
-    -updateList(), -finishUpdate(), QString suggestionAt(int)
-Keyword | QObject, Keyword::Type type keywordChanged, QString displayString keywordChanged, QObject*
-    packageProvider write packageProviderChanged, QString keywordId write keywordIdChanged, keywordChanged(),
-    packageProviderChanged(), keywordIdChanged(), -update(), Type Invalid=-1 Noun=0 Name=1 Adjective=2
-    Literal=3 Category=4
-)");
-    QCOMPARE(types.size(), rows.size());
-    for (int i = 0; i < rows.size(); ++i)
-        QCOMPARE(nameOf(*types[i]) + " | "_s + describe(*types[i]), rows[i].first + " | "_s + rows[i].second);
+    QCOMPARE(describe(PackageReference::staticMetaObject),
+             "id const, type typeChanged, status statusChanged, "
+             "Status: Unavailable=-3 Incomplete=-2 Unknown=-1 Installing=0 Installed=1"_s);
+    for (const Row &row : rows(R"(
+ManifestSizeField | defaultValue write defaultValueChanged
+PackageData | packageReference write packageReferenceChanged, manifestFields manifestFieldsChanged, $ const,
+    manifest const
+MatchesKeywordSearch | searchString write searchStringChanged, matchMode write matchModeChanged,
+    MatchMode: PartialMatch=0 FullMatch=1
+PackageMatcherGroup | matchRequirement write, matchers matchersChanged, MatchRequirement: MatchAll=0 MatchAny=1
+PackageListModel | packageProvider write packageProviderChanged, packageType write packageTypeChanged,
+    manifestFields manifestFieldsChanged, matcher write matcherChanged, sorter write sorterChanged, count countChanged
+CategoryListModel | packageType write packageTypeChanged, packageProvider write packageProviderChanged
+KeywordSuggestionModel | packageType write packageTypeChanged, packageProvider write packageProviderChanged,
+    searchString write searchStringChanged, count countChanged
+Keyword | type keywordChanged, displayString keywordChanged, packageProvider write packageProviderChanged,
+    keywordId write keywordIdChanged, Type: Invalid=-1 Noun=0 Name=1 Adjective=2 Literal=3 Category=4)"))
+        QCOMPARE(row.with(describe(*make(row[0])->metaObject())), row.text());
 }
 
 // The value at first, a new one, and what comes of setting that twice.
 void tst_QmlClasses::settersTellOnce()
 {
-    const auto makers =
-        ::makers<ManifestField, ManifestBooleanField, ManifestStringField, HasKeyword, HasManifestField,
-                 MatchesKeywordSearch, PackageMatcherGroup, SortByIntegerField, PackageListModel,
-                 CategoryListModel, KeywordSuggestionModel, Keyword>();
-    const auto rows = tableRows(R"(
-ManifestField.name | null x nameChanged, updateRequested
-ManifestBooleanField.defaultValue | false true defaultValueChanged, updateRequested
-ManifestStringField.defaultValue | null x defaultValueChanged, updateRequested
-HasKeyword.keywordId | null x keywordIdChanged, updateRequested
-HasManifestField.name | null x nameChanged, updateRequested
-MatchesKeywordSearch.searchString | null x searchStringChanged, updateRequested
-MatchesKeywordSearch.matchMode | 0 1 matchModeChanged, updateRequested
-PackageMatcherGroup.matchRequirement | 0 1 matchRequirementChanged, updateRequested
-SortByIntegerField.name | null x nameChanged
-PackageListModel.packageType | null x packageTypeChanged
-CategoryListModel.packageType | null x packageTypeChanged
-KeywordSuggestionModel.packageType | null x packageTypeChanged
-KeywordSuggestionModel.searchString | null x searchStringChanged
-Keyword.keywordId | null x keywordIdChanged
-)");
-    for (const auto &[name, expected] : rows) {
-        const std::unique_ptr<QObject> object(makers.value(name.section("."_s, 0, 0))());
-        const QByteArray propertyName = name.section("."_s, 1).toLatin1();
-        const char *const property = propertyName.constData();
+    for (const Row &row : rows(R"(
+        ManifestField.name                   | null x nameChanged, updateRequested
+        ManifestBooleanField.defaultValue    | false true defaultValueChanged, updateRequested
+        ManifestStringField.defaultValue     | null x defaultValueChanged, updateRequested
+        HasKeyword.keywordId                 | null x keywordIdChanged, updateRequested
+        HasManifestField.name                | null x nameChanged, updateRequested
+        MatchesKeywordSearch.searchString    | null x searchStringChanged, updateRequested
+        MatchesKeywordSearch.matchMode       | 0 1 matchModeChanged, updateRequested
+        PackageMatcherGroup.matchRequirement | 0 1 matchRequirementChanged, updateRequested
+        SortByIntegerField.name              | null x nameChanged
+        PackageListModel.packageType         | null x packageTypeChanged
+        CategoryListModel.packageType        | null x packageTypeChanged
+        KeywordSuggestionModel.packageType   | null x packageTypeChanged
+        KeywordSuggestionModel.searchString  | null x searchStringChanged
+        Keyword.keywordId                    | null x keywordIdChanged)")) {
+        const auto object = make(row[0].section("."_s, 0, 0));
+        const QByteArray property = row[0].section("."_s, 1).toLatin1();
+        const auto value = [&] {
+            const QVariant held = object->property(property.constData());
+            return held.isNull() ? "null"_s : held.toString();
+        };
         SignalLog log(object.get());
-        QStringList actual{object->property(property).toString()};
-        if (object->property(property).isNull())
-            actual.first() = "null"_s;
-        const QString value = expected.section(" "_s, 1, 1);
+        QStringList actual{value()};
+        const QString next = row[1].section(" "_s, 1, 1);
         for (int i = 0; i < 2; ++i)
-            object->setProperty(property, value == "1"_s ? QVariant(1) : QVariant(value));
-        actual += {object->property(property).toString(), log.take()};
-        QCOMPARE(name + " | "_s + actual.join(" "_s), name + " | "_s + expected);
+            object->setProperty(property.constData(), next == "1"_s ? QVariant(1) : QVariant(next));
+        actual += {value(), log.take()};
+        QCOMPARE(row.with(actual.join(" "_s)), row.text());
     }
-}
-
-void tst_QmlClasses::providers_data()
-{
-    addPlays(R"(
-PackageListModel | drops packageProviderChanged
-CategoryListModel | keeps packageProviderChanged
-KeywordSuggestionModel | keeps packageProviderChanged
-Keyword | drops
-)");
 }
 
 void tst_QmlClasses::providers()
 {
-    QFETCH(QString, play);
-    const auto makers = ::makers<PackageListModel, CategoryListModel, KeywordSuggestionModel, Keyword>();
-    const bool keepsUnusable = play.section(" "_s, 0, 0) == "keeps"_s;
-    const QString told = play.section(" "_s, 1);
-    const std::unique_ptr<QObject> user(makers.value(QString::fromLatin1(QTest::currentDataTag()))());
-    SignalLog log(user.get());
-    const auto provider = [&user] { return user->property("packageProvider").value<QObject *>(); };
-    const auto assign = [&](QObject *object) {
-        user->setProperty("packageProvider", QVariant::fromValue(object));
-        return provider();
-    };
-    {
-        QObject thing;
-        QString line;
-        QDebug(&line) << "critical: Object" << &thing << "does not implement the IPackageProvider interface";
-        const LogCapture criticals("tamsel.packages"_s);
-        QCOMPARE(assign(&thing), keepsUnusable ? &thing : nullptr);
-        QCOMPARE(log.take(), told);
-        QCOMPARE(assign(nullptr), nullptr);
-        QCOMPARE(log.take(), keepsUnusable ? told : QString());
-        QCOMPARE(criticals.lines(), QStringList{line.trimmed()});
+    // class | whether it keeps an object that is no provider, and what it tells
+    for (const Row &row : rows(R"(
+        PackageListModel       | drops packageProviderChanged
+        CategoryListModel      | keeps packageProviderChanged
+        KeywordSuggestionModel | keeps packageProviderChanged
+        Keyword                | drops)")) {
+        const auto user = make(row[0]);
+        SignalLog log(user.get());
+        // What the property holds then, and the signals.
+        const auto assign = [&](QObject *object, QObject *expected) {
+            user->setProperty("packageProvider", QVariant::fromValue(object));
+            const bool holds = user->property("packageProvider").value<QObject *>() == expected;
+            return holds ? log.take() : "holds another"_s;
+        };
+        const bool keeps = row[1].startsWith("keeps"_s);
+        const QString told = row[1].section(" "_s, 1);
+        {
+            QObject thing;
+            QString line;
+            QDebug(&line) << "critical: Object" << &thing
+                          << "does not implement the IPackageProvider interface";
+            const LogCapture criticals("tamsel.packages"_s);
+            QCOMPARE(assign(&thing, keeps ? &thing : nullptr), told);
+            QCOMPARE(assign(nullptr, nullptr), keeps ? told : QString());
+            QCOMPARE(criticals.lines(), QStringList{line.trimmed()});
+        }
+        auto provider = std::make_unique<TestProvider>();
+        QCOMPARE(assign(provider.get(), provider.get()), told);
+        QCOMPARE(assign(provider.get(), provider.get()), QString());
+        provider.reset();
+        QCOMPARE(user->property("packageProvider").value<QObject *>(), nullptr);
     }
-    auto stage = std::make_unique<Stage>();
-    QCOMPARE(assign(&stage->provider), &stage->provider);
-    QCOMPARE(log.take(), told);
-    QCOMPARE(assign(&stage->provider), &stage->provider);
-    QCOMPARE(log.take(), QString());
-    stage.reset();
-    QCOMPARE(provider(), nullptr);
 }
 
 QTEST_GUILESS_MAIN(tst_QmlClasses)

@@ -38,13 +38,6 @@ QString write(const QString &name, const QByteArray &content = "content")
     return file.fileName();
 }
 
-QString makeRoot(const QString &name)
-{
-    if (!_installDir().mkpath(name + "/birds/owl"_s))
-        qFatal("Cannot make %s", qPrintable(name));
-    return _installDir().absoluteFilePath(name);
-}
-
 QStringList everything()
 {
     QStringList paths;
@@ -89,37 +82,11 @@ private Q_SLOTS:
 
     void init()
     {
+        linksFail = false;
+        clockOffset = 0;
         QThreadPool::globalInstance()->waitForDone();
         QVERIFY(QDir(scratch().filePath("data"_s)).removeRecursively());
         QVERIFY(_installDir().mkpath("."_s));
-    }
-
-    void cleanup()
-    {
-        linksFail = false;
-        clockOffset = 0;
-    }
-
-    void dataLocationIsDecidedOnce()
-    {
-        const QString data = scratch().filePath("data"_s);
-        QVERIFY(!ts::Locations::setDataLocation(QDir(scratch().path())));
-        QVERIFY(ts::Locations::setDataLocation(QDir(data)));
-        QCOMPARE(ts::Locations::dataLocation().path(), data);
-    }
-
-    void nullLocationHoldsNothing()
-    {
-        const InstallLocation location;
-        const QString file = write("file"_s);
-        const QStringList before = everything();
-        QVERIFY(!location.isValid() && !location.subLocation("birds"_s).isValid());
-        for (const bool create : {false, true})
-            QCOMPARE(location.directory(create).path(), QDir(QString()).path());
-        QVERIFY(!location.installFile(file, "file"_s));
-        QVERIFY(!location.contains(file));
-        QVERIFY(location.pathToFile(file).isEmpty());
-        QCOMPARE(everything(), before);
     }
 
     void rootsHaveRandomNames()
@@ -136,24 +103,12 @@ private Q_SLOTS:
         QCOMPARE(_installDir().path(), scratch().filePath("data/packages/install"_s));
     }
 
-    void directoriesComeIntoBeingOnDemand()
-    {
-        const InstallLocation root = InstallLocation::createRoot();
-        const InstallLocation owl = root.subLocation("birds"_s).subLocation("owl"_s);
-        QCOMPARE(pathOf(owl), pathOf(root) + "/birds/owl"_s);
-        QVERIFY(!owl.contains(QString()) && !owl.contains("picture"_s));
-        QVERIFY(!root.contains("birds"_s));
-        QVERIFY(owl.directory(true).exists());
-        QVERIFY(!owl.contains(QString()));
-    }
-
     void lockLivesAsLongAsAnyCopy()
     {
         auto root = std::make_unique<InstallLocation>(InstallLocation::createRoot());
         auto copy = std::make_unique<InstallLocation>(root->subLocation("birds"_s));
         QLockFile lock(root->pathToFile(".lock"_s));
         const QString path = pathOf(*root);
-        QVERIFY(!lock.tryLock(0));
         root.reset();
         QVERIFY(!lock.tryLock(0));
         copy.reset();
@@ -162,33 +117,38 @@ private Q_SLOTS:
 
     void installsLinks()
     {
-        const InstallLocation owl = InstallLocation::createRoot().subLocation("birds/owl"_s);
-        const QString picture = write("picture"_s);
+        const InstallLocation root = InstallLocation::createRoot();
+        const InstallLocation owl = root.subLocation("birds"_s).subLocation("owl"_s);
+        const QString picture = write("picture"_s, "an owl");
+        QCOMPARE(pathOf(owl), pathOf(root) + "/birds/owl"_s);
+        QVERIFY(!owl.contains("picture"_s) && !root.contains("birds"_s)); // not before something is in it
         QVERIFY(owl.installFile(picture, "picture"_s));
         QVERIFY(owl.installFile(write("other"_s), "picture"_s)); // which leaves the first one there
-        QVERIFY(owl.contains("picture"_s));
+        QVERIFY(owl.contains("picture"_s) && !owl.contains(QString()));
         QCOMPARE(owl.pathToFile("picture"_s), owl.directory(false).absoluteFilePath("picture"_s));
         QCOMPARE(QFile::symLinkTarget(owl.pathToFile("picture"_s)), picture);
 
         QVERIFY(owl.installFile("/missing"_s, "dangling"_s));
         QCOMPARE(QFile::symLinkTarget(pathOf(owl) + "/dangling"_s), "/missing"_s);
         QVERIFY(!owl.contains("dangling"_s) && owl.pathToFile("dangling"_s).isEmpty());
-
         QVERIFY(!owl.installFile(picture, "sub/picture"_s));
         QVERIFY(!owl.contains("sub"_s) && owl.directory(false).mkdir("sub"_s));
         QVERIFY(owl.installFile(picture, "sub/picture"_s));
-    }
 
-    void installsCopiesWhereLinksFail()
-    {
-        const InstallLocation root = InstallLocation::createRoot();
-        linksFail = true;
-        QVERIFY(root.installFile(write("picture"_s, "an owl"), "picture"_s));
-        QVERIFY(!root.installFile("/missing"_s, "other"_s));
+        linksFail = true; // then it is a copy
+        QVERIFY(owl.installFile(picture, "copy"_s));
+        QVERIFY(!owl.installFile("/missing"_s, "other"_s));
         write("picture"_s, "changed");
-        QFile installed(root.pathToFile("picture"_s));
-        QVERIFY(installed.open(QIODevice::ReadOnly));
-        QCOMPARE(installed.readAll(), QByteArray("an owl"));
+        QFile copy(owl.pathToFile("copy"_s));
+        QVERIFY(copy.open(QIODevice::ReadOnly));
+        QCOMPARE(copy.readAll(), QByteArray("an owl"));
+
+        const QStringList before = everything();
+        const InstallLocation null;
+        QVERIFY(!null.isValid() && !null.subLocation("birds"_s).isValid() && !null.contains(picture));
+        QCOMPARE(null.directory(true).path(), QDir(QString()).path());
+        QVERIFY(!null.installFile(picture, "file"_s) && null.pathToFile(picture).isEmpty());
+        QCOMPARE(everything(), before);
     }
 
     // A file "victim" waits wherever a location or a name could lead by mistake; "^" stands for NUL.
@@ -237,7 +197,8 @@ private Q_SLOTS:
             300999 | free lock file | stays
             301000 | free lock file | goes
            -301000 | free lock file | stays)")) {
-            const QString root = makeRoot("AAAAAAAAAAA"_s);
+            QVERIFY(_installDir().mkpath("AAAAAAAAAAA/birds/owl"_s));
+            const QString root = _installDir().absoluteFilePath("AAAAAAAAAAA"_s);
             if (row[1] == "free lock file"_s)
                 write("data/packages/install/AAAAAAAAAAA/.lock"_s);
             const QFileInfo entry(root);
@@ -253,7 +214,8 @@ private Q_SLOTS:
 
     void cleanupTouchesNothingButRoots()
     {
-        const QString root = makeRoot("AAAAAAAAAAA"_s);
+        const QString root = _installDir().absoluteFilePath("AAAAAAAAAAA"_s);
+        QVERIFY(QDir().mkpath(root + "/birds/owl"_s));
         const QString target = scratch().filePath("target"_s);
         QVERIFY(QDir().mkpath(target + "/birds"_s));
         QVERIFY(QFile::link(target, _installDir().absoluteFilePath("BBBBBBBBBBB"_s)));
@@ -278,18 +240,9 @@ private Q_SLOTS:
         root.reset();
         holder.kill();
         QVERIFY(holder.waitForFinished());
-        ts::pm::cleanup(QDateTime::currentDateTime());
-        QVERIFY(!QFileInfo::exists(own) && !QFileInfo::exists(foreign));
-    }
-
-    void newRootStartsCleanup()
-    {
-        const QString stale = makeRoot("AAAAAAAAAAA"_s);
-        clockOffset = longTime;
-        const InstallLocation root = InstallLocation::createRoot();
+        const InstallLocation next = InstallLocation::createRoot(); // starts a cleanup
         QThreadPool::globalInstance()->waitForDone();
-        QVERIFY(!QFileInfo::exists(stale));
-        QVERIFY(root.directory(false).exists());
+        QCOMPARE(_installDir().entryList(everyEntry), QStringList{QFileInfo(pathOf(next)).fileName()});
     }
 
     void survivesWithoutADirectory()

@@ -2,7 +2,6 @@
 
 #include <QLoggingCategory>
 #include <QMutex>
-#include <QMutexLocker>
 
 namespace ts::pm::test {
 
@@ -22,35 +21,14 @@ Captured &captured()
     return instance;
 }
 
-QString levelName(QtMsgType type)
-{
-    switch (type) {
-    case QtDebugMsg:
-        return QStringLiteral("debug");
-    case QtInfoMsg:
-        return QStringLiteral("info");
-    case QtWarningMsg:
-        return QStringLiteral("warning");
-    case QtCriticalMsg:
-        return QStringLiteral("critical");
-    case QtFatalMsg:
-        break;
-    }
-    return QStringLiteral("fatal");
-}
-
 void capture(QtMsgType type, const QMessageLogContext &context, const QString &message)
 {
-    QtMessageHandler previous = nullptr;
-    {
-        const QMutexLocker locker(&captured().mutex);
-        if (captured().category == QLatin1String(context.category)) {
-            captured().lines.append(QStringLiteral("%1: %2").arg(levelName(type), message));
-            return;
-        }
-        previous = captured().previous;
-    }
-    previous(type, context, message);
+    static const char *const levels[] = {"debug", "warning", "critical", "fatal", "info"};
+    const QMutexLocker locker(&captured().mutex);
+    if (captured().category == QLatin1String(context.category))
+        captured().lines.append(QLatin1String(levels[type]) + QStringLiteral(": ") + message);
+    else
+        captured().previous(type, context, message);
 }
 
 } // namespace

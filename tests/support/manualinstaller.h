@@ -2,8 +2,6 @@
 
 #include "storage/packageinstaller.h"
 
-#include <QVector>
-
 namespace ts::pm::test {
 
 /** An installer that ends when the test says so, with the errors that the test gives. */
@@ -12,7 +10,7 @@ class ManualInstaller : public PackageInstaller
     Q_OBJECT
 
 public:
-    explicit ManualInstaller(const InstallLocation &location)
+    explicit ManualInstaller(const InstallLocation &location = {})
         : PackageInstaller(location)
     {
     }

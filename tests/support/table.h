@@ -31,15 +31,20 @@ private:
     QStringList cells;
 };
 
-/** The rows of a table that is written as a raw string, with "|" between its cells. */
+/** The rows of a table that is written as a raw string, with "|" between its cells. A line without one goes
+ * on with the line before. */
 inline QVector<Row> rows(const char *table)
 {
-    QVector<Row> rows;
-    const QStringList lines = QString::fromUtf8(table).split(QLatin1Char('\n'));
-    for (const QString &line : lines) {
-        if (!line.trimmed().isEmpty())
-            rows.append(Row(line));
+    QStringList lines;
+    for (const QString &line : QString::fromUtf8(table).split(QLatin1Char('\n'))) {
+        if (line.contains(QLatin1Char('|')))
+            lines.append(line);
+        else if (!line.trimmed().isEmpty())
+            lines.last() += QLatin1Char(' ') + line.trimmed();
     }
+    QVector<Row> rows;
+    for (const QString &line : qAsConst(lines))
+        rows.append(Row(line));
     return rows;
 }
 

@@ -3,7 +3,7 @@
 #include "repository/ipackageprovider.h"
 #include "repository/packagerepository.h"
 
-#include <QObject>
+#include <QSignalSpy>
 
 namespace ts::pm::test {
 
@@ -14,16 +14,22 @@ class TestProvider : public QObject, public IPackageProvider
     Q_INTERFACES(ts::pm::IPackageProvider)
 
 public:
-    explicit TestProvider(QObject *parent = nullptr);
-
-    PackageRepository *packageRepository() const override;
-    PackageReference *packageReference(const QString &id) override;
+    PackageRepository *packageRepository() const override { return repository; }
+    PackageReference *packageReference(const QString &id) override
+    {
+        return repository->packageReference(id);
+    }
 
     /** Builds a new index and waits until it is there. */
-    [[nodiscard]] bool rebuild();
+    [[nodiscard]] bool rebuild()
+    {
+        QSignalSpy changed(repository, &PackageRepository::packageIndexChanged);
+        repository->update();
+        return changed.wait();
+    }
 
 private:
-    PackageRepository *const repository;
+    PackageRepository *const repository = new PackageRepository(PackageRepository::PersistOnRequest, this);
 };
 
 } // namespace ts::pm::test
