@@ -26,7 +26,8 @@ int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
     const QJsonObject object = QJsonDocument::fromJson(ts::fuzz::bytes(data, size)).object();
     const QByteArray form = JsonSignature::toByteArray(object);
-    if (form.isNull())
+    // Qt 5.15 takes a byte order mark off the beginning of each text that it reads.
+    if (form.isNull() || form.contains("\xef\xbb\xbf"))
         return 0;
     QJsonParseError error{};
     const QJsonObject again = QJsonDocument::fromJson(form, &error).object();
