@@ -78,8 +78,7 @@ FileProxyConnection::FileProxyConnection(QTcpSocket *socket, QObject *parent)
     connect(socket, &QTcpSocket::readyRead, this, &FileProxyConnection::read);
     connect(socket, &QTcpSocket::disconnected, this, &FileProxyConnection::handleDisconnect);
     connect(writer, &FileProxyWriter::written, this, &FileProxyConnection::answerWritten);
-    // For bytes that arrived before this object was there to hear of them.
-    QMetaObject::invokeMethod(this, &FileProxyConnection::read, Qt::QueuedConnection);
+    readSoon(); // bytes may have arrived before this object was there to hear of them
 }
 
 // The socket is in the middle of a signal if this happens below read(), which takes care of it then.
@@ -99,6 +98,7 @@ QString FileProxyConnection::requestTarget() const
     return QString::fromUtf8(request.target);
 }
 
+// One request at a time, so that a client which sends many lets the other ones have their turn.
 void FileProxyConnection::read()
 {
     if (isReading || isClosed)
@@ -106,8 +106,7 @@ void FileProxyConnection::read()
     const QPointer<FileProxyConnection> self(this);
     QTcpSocket *const currentSocket = socket;
     isReading = true;
-    while (self && readRequest()) {
-    }
+    const bool wasRequest = readRequest();
     if (!self) {
         currentSocket->deleteLater();
         return;
@@ -115,27 +114,42 @@ void FileProxyConnection::read()
     isReading = false;
     if (socket->state() == QAbstractSocket::UnconnectedState)
         handleDisconnect();
+    else if (wasRequest && socket->bytesAvailable() > 0)
+        readSoon();
+    else
+        hearOfMore();
 }
 
-// Returns whether there may be another one to read. The object may be gone then.
+// The object may be gone after a request.
 bool FileProxyConnection::readRequest()
 {
     if (isClosing || writer->isBusy())
         return false;
     switch (request.read(socket)) {
-    case FileProxyRequestReader::Result::NeedsMore:
-        return false;
+    case FileProxyRequestReader::Result::Requested:
+        Q_EMIT fileRequested(QUrl(QString::fromLatin1(request.target)));
+        return true;
     case FileProxyRequestReader::Result::BadRequest:
         writeErrorResponse(BadRequest, true);
         return false;
     case FileProxyRequestReader::Result::MethodNotAllowed:
         writeErrorResponse(MethodNotAllowed, true);
         return false;
-    case FileProxyRequestReader::Result::Requested:
-        break;
+    default:
+        return false;
     }
-    Q_EMIT fileRequested(QUrl(QString::fromLatin1(request.target)));
-    return true;
+}
+
+void FileProxyConnection::readSoon()
+{
+    QMetaObject::invokeMethod(this, &FileProxyConnection::read, Qt::QueuedConnection);
+}
+
+// A socket whose buffer was full says nothing of further bytes until somebody looks past its end.
+void FileProxyConnection::hearOfMore()
+{
+    if (socket->isOpen())
+        socket->peek(socket->bytesAvailable() + 1);
 }
 
 void FileProxyConnection::sendResponse(int code, const QString &path)
@@ -179,13 +193,12 @@ void FileProxyConnection::writeErrorResponse(ResponseCode responseCode, bool clo
         answerWritten();
 }
 
-// Further requests are read from the event loop, which lets the other connections have their turn.
 void FileProxyConnection::answerWritten()
 {
     if (isClosing)
         socket->close();
-    else if (socket->bytesAvailable() > 0)
-        QMetaObject::invokeMethod(this, &FileProxyConnection::read, Qt::QueuedConnection);
+    else
+        readSoon();
 }
 
 void FileProxyConnection::handleDisconnect()

@@ -63,6 +63,8 @@ private:
     static QByteArray codeToString(ResponseCode code);
 
     bool readRequest();
+    void readSoon();
+    void hearOfMore();
     void sendFile(const QString &path);
     void answerWritten();
 
