@@ -149,7 +149,7 @@ bool CanonicalJson::writeArray(const QJsonArray &array)
         return false;
     put('[');
     bool first = true;
-    for (const QJsonValue value : array) {
+    for (const QJsonValue &value : array) {
         if (!reserve(1))
             return false;
         if (!first)

@@ -15,8 +15,8 @@ Q_LOGGING_CATEGORY(lcRequest, "tamsel.request")
 constexpr std::chrono::milliseconds LongestSilence = std::chrono::seconds(30);
 constexpr qint64 LargestBody = std::numeric_limits<int>::max();
 constexpr qint64 LargestBodyInMemory = LargestBody - 64; // QByteArray keeps a header and a NUL
-constexpr qint64 LargestErrorBody = 1024 * 1024;
-constexpr qint64 ReadAhead = 256 * 1024; // bytes that Qt may hold for us
+constexpr qint64 LargestErrorBody = 1 << 20;
+constexpr qint64 ReadAhead = 1 << 18; // bytes that Qt may hold for us
 constexpr int StepSize = 64 * 1024;
 constexpr int MostRedirects = 10;
 

