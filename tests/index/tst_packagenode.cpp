@@ -93,6 +93,7 @@ private Q_SLOTS:
         const auto byType = [](const PackageNode *a, const PackageNode *b) { return b->type() < a->type(); };
         QCOMPARE(ids(PackageIndex::selectPackages(index, {}, {}, byType)), "p4 p2 p1 p3 p5"_s);
         QCOMPARE(ids(PackageIndex::selectPackages(index, {}, odd, byType)), "p1 p3 p5"_s);
+        QCOMPARE(ids(PackageIndex::selectPackages(index, "a"_s, {}, {})), "p1 p3 p5"_s);
         QCOMPARE(ids(PackageIndex::selectPackages(index, "b"_s, odd, {})), QString());
 
         // A stable sort keeps the order of the index among equals, however many there are.

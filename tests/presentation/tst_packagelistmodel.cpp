@@ -1,18 +1,164 @@
 #include "index/packageindex.h"
-#include "liststage.h"
+#include "index/packagenode.h"
 #include "presentation/manifestfilefield.h"
 #include "presentation/manifeststringfield.h"
+#include "presentation/packagelistdiff_p.h"
+#include "presentation/packagelistmodel.h"
+#include "stage.h"
 #include "support/fakeclock.h"
 
+#include <QFutureWatcher>
 #include <QProcess>
-#include <QThreadPool>
+#include <QRandomGenerator>
+#include <QSemaphore>
 #include <QtTest>
+
+#include <numeric>
+#include <optional>
 
 using namespace std::chrono_literals;
 using namespace ts::pm;
 using namespace ts::pm::test;
 
 namespace {
+
+/** Takes the packages that a test lists. */
+class ListMatcher : public PackageMatcher
+{
+public:
+    std::function<bool(PackageNode *)> matchFunction() const override
+    {
+        return [taken = ids, gate = gate](PackageNode *package) {
+            if (gate)
+                gate->acquire();
+            return taken.contains(package->id().toString());
+        };
+    }
+
+    QStringList ids;
+    std::shared_ptr<QSemaphore> gate; // if set, a job waits here for each package
+};
+
+/** Orders packages as a test lists them. */
+class ListSorter : public PackageSorter
+{
+public:
+    std::function<bool(const PackageNode *, const PackageNode *)> sortFunction() const override
+    {
+        ++asked;
+        return [order = ids](const PackageNode *a, const PackageNode *b) {
+            return order.indexOf(a->id().toString()) < order.indexOf(b->id().toString());
+        };
+    }
+
+    QStringList ids;
+    mutable int asked = 0;
+};
+
+/** A list model that shows the packages that a test lists, in the order of that list; at first all. */
+class ListStage : public Stage
+{
+public:
+    explicit ListStage(const QStringList &ids)
+        : timer(model.findChild<QTimer *>())
+        , watcher(model.findChild<QFutureWatcherBase *>())
+        , log(&model)
+    {
+        for (const QString &id : ids)
+            catalogue.addPackage(id);
+        publish();
+        list(ids);
+        model.setMatcher(&matcher);
+        model.setSorter(&sorter);
+        timer->setInterval(0);
+        log.separator.clear();
+        startJob();
+        model.setPackageProvider(&provider);
+        told();
+    }
+
+    void list(const QStringList &ids)
+    {
+        matcher.ids = ids;
+        sorter.ids = ids;
+        Q_EMIT matcher.updateRequested();
+    }
+
+    /** Waits until the model has started a job, if it means to. */
+    void startJob() const
+    {
+        while (timer->isActive())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    }
+
+    /** Waits until the model has come to rest. */
+    void rest() const
+    {
+        startJob();
+        while (watcher->isRunning())
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        QCoreApplication::processEvents();
+    }
+
+    /** The signals until the model has come to rest. */
+    QString told()
+    {
+        rest();
+        return log.take();
+    }
+
+    ListMatcher matcher;
+    ListSorter sorter;
+    PackageListModel model;
+    QTimer *const timer;
+    const QFutureWatcherBase *const watcher;
+    ModelLog log;
+};
+
+using Rows = QVector<int>;
+
+constexpr int packageCount = 90;
+
+/** The steps from one list to another of one index, found by the plainest means; nothing if there are none.
+ */
+std::optional<QStringList> plainSteps(const Rows &before, const Rows &after)
+{
+    QStringList steps;
+    Rows work = before;
+    for (int last = before.size() - 1; last >= 0; --last) {
+        int first = last + 1;
+        while (first > 0 && !after.contains(before.at(first - 1)))
+            --first;
+        if (first > last)
+            continue;
+        steps.append("remove %1-%2"_s.arg(first).arg(last));
+        work.remove(first, last - first + 1);
+        last = first;
+    }
+    for (int first = 0; first < after.size(); ++first) {
+        int end = first;
+        for (; end < after.size() && !before.contains(after.at(end)); ++end)
+            work.insert(end, after.at(end));
+        if (end > first)
+            steps.append("insert %1-%2"_s.arg(first).arg(end - 1));
+        first = end;
+    }
+    for (;;) {
+        int from = 0;
+        int to = 0;
+        for (int row = 0; row < work.size(); ++row) {
+            const int target = after.indexOf(work.at(row));
+            if (std::abs(row - target) > std::abs(from - to))
+                std::tie(from, to) = std::tie(row, target);
+        }
+        if (from == to)
+            return steps;
+        if (to == 0)
+            return std::nullopt;
+        steps.append("move %1 to %2"_s.arg(from).arg(to));
+        work.move(from, to);
+    }
+}
 
 QStringList letters(const QString &text)
 {
@@ -54,6 +200,13 @@ private Q_SLOTS:
     void plays();
     void quitsWhileAJobWaits();
     void roles();
+    void randomLists();
+
+private:
+    int upTo(int largest) { return random.bounded(largest + 1); }
+    Rows variationOf(Rows rows);
+
+    QRandomGenerator random;
 };
 
 // What comes of a word: the signals; the rows, if they have changed; "job", if there was one that changed
@@ -227,6 +380,71 @@ void tst_PackageListModel::roles()
     const PackageListModel fresh;
     QCOMPARE(fresh.indexOf(QString()), 0);
     QCOMPARE(fresh.findChild<QTimer *>()->interval(), 30);
+}
+
+// A whole shuffle nearly always needs a move to the first row, so most lists are changed in a few places
+// only, or keep their first row.
+Rows tst_PackageListModel::variationOf(Rows rows)
+{
+    const int kind = upTo(4);
+    if (kind == 0) {
+        rows.resize(packageCount);
+        std::iota(rows.begin(), rows.end(), 0);
+    }
+    if (kind <= 1)
+        std::shuffle(rows.begin() + kind, rows.end(), random);
+    if (kind == 0)
+        rows.resize(1 + upTo(59));
+    for (int changes = upTo(20); changes > 0 && kind > 0; --changes) {
+        const int spare = upTo(packageCount - 1);
+        if (!rows.contains(spare) && rows.size() < 60)
+            rows.insert(upTo(rows.size()), spare);
+        if (rows.size() > 1 && upTo(1) == 0)
+            rows.removeAt(upTo(rows.size() - 1));
+    }
+    for (int moves = upTo(4); moves > 0 && kind > 1; --moves)
+        rows.move(upTo(rows.size() - 1), qMin(1 + upTo(rows.size()), rows.size() - 1));
+    return rows;
+}
+
+void tst_PackageListModel::randomLists()
+{
+    const int given = qEnvironmentVariableIntValue("TAMSEL_TEST_SEED");
+    const quint32 seed = given ? quint32(given) : QRandomGenerator::global()->bounded(1U, quint32(INT_MAX));
+    qInfo("TAMSEL_TEST_SEED=%u", seed);
+    random.seed(seed);
+    QStringList ids;
+    for (int i = 0; i < packageCount; ++i)
+        ids.append(QString::number(100 + i)); // a package and its row in the index have the same place
+    const auto noWait = std::make_shared<std::atomic<bool>>(true);
+    ListStage stage(ids);
+    const auto all = PackageIndex::selectPackages(stage.repository()->packageIndex(), {}, {}, {});
+    const auto listOf = [&all](const Rows &rows) {
+        QVector<const PackageNode *> nodes;
+        for (const int row : rows)
+            nodes.append(all.at(row));
+        return PackageList(all.index(), nodes);
+    };
+    Rows before(packageCount);
+    std::iota(before.begin(), before.end(), 0);
+    QVector<int> kinds(3);
+    for (int i = 0; i < 1000; ++i) {
+        const Rows after = variationOf(before);
+        const std::optional<QStringList> expected = plainSteps(before, after);
+        PackageListDiff diff(nullptr, listOf(before), listOf(after));
+        QCOMPARE(diff.steps(noWait).size(), expected ? expected->size() : 0);
+        ++kinds[!expected ? 0 : expected->join(""_s).contains(" to "_s) ? 1 : 2];
+        if (!expected)
+            continue;
+        QStringList listed;
+        for (const int row : after)
+            listed.append(ids.at(row));
+        stage.list(listed);
+        QCOMPARE(stage.told().remove(", countChanged"_s), expected->join(", "_s));
+        QCOMPARE(stage.log.rows(), listed.join(QString()));
+        before = after;
+    }
+    QVERIFY2(*std::min_element(kinds.begin(), kinds.end()) > 30, "Some kind of change hardly occurs");
 }
 
 int main(int argc, char *argv[])

@@ -1,12 +1,11 @@
 #include "index/packageindex.h"
 #include "index/packagenode.h"
 #include "presentation/packagereference.h"
-#include "repository/packagerepository.h"
 
 #include "support/literals.h"
-#include "support/manualinstaller.h"
 #include "support/memorysource.h"
 #include "support/table.h"
+#include "support/testprovider.h"
 
 #include <QTranslator>
 #include <QtTest>
@@ -24,8 +23,7 @@ QString greeting()
 // A repository with a package whose title is to be translated, and with room for a translation package.
 struct Stage
 {
-    explicit Stage(const QString &manifest = "{\"de\": \"Hallo.qm\"}"_s,
-                   const QString &type = "translation"_s)
+    explicit Stage(const QString &manifest = R"({"de": "Hallo.qm"})"_s, const QString &type = "translation"_s)
     {
         source.catalogue.addPackage("p"_s, "birds"_s, {{"title"_s, "id:greeting"_s}});
         source.catalogue.addPackage("words"_s, type);
@@ -48,13 +46,6 @@ struct Stage
         source.catalogue.manifests["words"_s] = QJsonDocument::fromJson(manifest.toUtf8()).object();
     }
 
-    [[nodiscard]] bool build()
-    {
-        QSignalSpy changed(&repository, &PackageRepository::packageIndexChanged);
-        repository.update();
-        return changed.wait();
-    }
-
     // As the current index has it.
     QString title() const
     {
@@ -63,7 +54,8 @@ struct Stage
     }
 
     MemorySource source;
-    PackageRepository repository{PackageRepository::PersistOnRequest};
+    TestProvider provider;
+    PackageRepository &repository = *provider.packageRepository();
     QSignalSpy translated{&repository, &PackageRepository::translationsChanged};
     bool installsAtOnce = true;
     ManualInstaller *installer = nullptr; // of the translation package
@@ -91,7 +83,7 @@ private Q_SLOTS:
             de_AT | {"fr": "Servus.qm"}                      | greeting)")) {
             QLocale::setDefault(QLocale(row[0]));
             Stage stage(row[1]);
-            QVERIFY(stage.build());
+            QVERIFY(stage.provider.rebuild());
             QCOMPARE(row.with(greeting()), row.text());
             QCOMPARE(stage.title(), row[2]);
             QCOMPARE(stage.translated.count(), 1); // whether or not a file was loaded
@@ -102,7 +94,7 @@ private Q_SLOTS:
     {
         Stage stage;
         stage.installsAtOnce = false;
-        QVERIFY(stage.build());
+        QVERIFY(stage.provider.rebuild());
         const auto index = stage.repository.packageIndex();
         QCOMPARE(stage.title(), "greeting"_s);
         QVERIFY(stage.translated.isEmpty());
@@ -124,34 +116,34 @@ private Q_SLOTS:
             connect(stage.repository.packageReference(id), &PackageReference::translationsChanged, this,
                     [&] { heard.append(stage.title()); });
         }
-        QVERIFY(stage.build());
+        QVERIFY(stage.provider.rebuild());
         QCOMPARE(heard.join(QLatin1Char(' ')), "Hallo Hallo all Hallo"_s);
     }
 
     void followsVersions()
     {
         Stage stage;
-        QVERIFY(stage.build());
-        stage.setManifest("{\"de\": \"Servus.qm\"}"_s);
-        QVERIFY(stage.build());
+        QVERIFY(stage.provider.rebuild());
+        stage.setManifest(R"({"de": "Servus.qm"})"_s);
+        QVERIFY(stage.provider.rebuild());
         QCOMPARE(greeting() + stage.title(), "ServusServus"_s);
         PackageReference *const words = stage.repository.packageReference("words"_s);
         QCOMPARE(words->findChildren<QTranslator *>().size(), 1);
         QCOMPARE(stage.translated.count(), 2); // once for each version
         stage.source.catalogue.packages.removeLast();
-        QVERIFY(stage.build());
+        QVERIFY(stage.provider.rebuild());
         QCOMPARE(words->status(), PackageReference::Unavailable);
         QCOMPARE(greeting() + stage.title(), "ServusServus"_s); // stays
     }
 
     void notifiesOnRequest()
     {
-        Stage stage("{\"de\": \"Hallo.qm\"}"_s, "translations"_s); // of another type, which is left alone
+        Stage stage(R"({"de": "Hallo.qm"})"_s, "translations"_s); // of another type, which is left alone
         QSignalSpy ofReference(stage.repository.packageReference("p"_s),
                                &PackageReference::translationsChanged);
         stage.repository.notifyTranslationUpdate();
         QVERIFY(stage.translated.isEmpty() && ofReference.isEmpty()); // there is no index yet
-        QVERIFY(stage.build());
+        QVERIFY(stage.provider.rebuild());
         QCOMPARE(greeting() + stage.title(), "greetinggreeting"_s);
         QVERIFY(stage.translated.isEmpty());
         QCOMPARE(stage.repository.findChildren<PackageReference *>().size(), 1);
