@@ -104,7 +104,7 @@ void FileProxyServer::closeConnection()
 }
 
 // The provider may delete this server: nothing may follow the call.
-void FileProxyServer::requestFile(QUrl file)
+void FileProxyServer::requestFile(QUrl file) // NOLINT(performance-unnecessary-value-param)
 {
     auto *connection = qobject_cast<FileProxyConnection *>(sender());
     if (!connection)

@@ -11,8 +11,8 @@ namespace ts::pm {
 
 namespace {
 
-constexpr qint64 bytesPerTurn = 1024 * 1024; // of the event loop: well below a millisecond
-constexpr qint64 maxPending = 64 * 1024;
+constexpr qint64 bytesPerTurn = 1048576; // of the event loop: well below a millisecond
+constexpr qint64 maxPending = 65536;     // bytes of short answers
 
 } // namespace
 

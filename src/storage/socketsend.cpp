@@ -18,7 +18,7 @@ namespace ts::pm {
 
 namespace {
 
-constexpr qint64 chunkSize = 128 * 1024;
+constexpr qint64 chunkSize = 131072; // bytes
 
 // For files that the system cannot send by itself.
 qint64 sendCopy(QTcpSocket *socket, QFile *file, qint64 offset, qint64 size)
