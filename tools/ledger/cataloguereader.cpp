@@ -39,10 +39,11 @@ struct Hashing
 
     void run(Progress &progress)
     {
-        file->digest = FileCopy::digest(file->path, &error, [this, &progress](qint64 bytes) {
-            file->size += bytes;
-            progress.advance(bytes);
-        });
+        file->digest =
+            FileCopy::digest(file->path, QCryptographicHash::Sha224, &error, [this, &progress](qint64 bytes) {
+                file->size += bytes;
+                progress.advance(bytes);
+            });
     }
 };
 

@@ -1,6 +1,5 @@
 #include "ledger/filecopy.h"
 
-#include <QCryptographicHash>
 #include <QDateTime>
 #include <QFile>
 #include <QFileInfo>
@@ -67,19 +66,30 @@ QString FileCopy::copy(const QString &source, const QString &target, const QByte
 
 QString FileCopy::write(const QByteArray &content, const QString &target)
 {
+    const auto fill = [&content](QIODevice &device) {
+        device.write(content);
+        return QString();
+    };
+    return write(Filler(fill), target);
+}
+
+QString FileCopy::write(const Filler &fill, const QString &target)
+{
     QSaveFile file(target);
     if (!file.open(QIODevice::WriteOnly))
         return QStringLiteral("%1: %2").arg(target, file.errorString());
-    file.write(content);
+    if (const QString error = fill(file); !error.isNull())
+        return error;
     const qint64 oldTime = timeOf(target);
     if (file.flush() && QDateTime::currentSecsSinceEpoch() <= oldTime)
         file.setFileTime(QDateTime::fromSecsSinceEpoch(oldTime + 1), QFileDevice::FileModificationTime);
     return commit(file);
 }
 
-QByteArray FileCopy::digest(const QString &path, QString *error, const Listener &listener)
+QByteArray FileCopy::digest(const QString &path, QCryptographicHash::Algorithm algorithm, QString *error,
+                            const Listener &listener)
 {
-    QCryptographicHash hash(QCryptographicHash::Sha224);
+    QCryptographicHash hash(algorithm);
     *error = readAll(path, [&](const char *bytes, qint64 size) {
         hash.addData(bytes, int(size));
         if (listener)

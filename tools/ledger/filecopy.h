@@ -1,9 +1,12 @@
 #pragma once
 
 #include <QByteArray>
+#include <QCryptographicHash>
 #include <QString>
 
 #include <functional>
+
+class QIODevice;
 
 namespace ts::ledger {
 
@@ -24,8 +27,15 @@ public:
      */
     static QString write(const QByteArray &content, const QString &target);
 
-    /** The SHA-224 of a file; null, with what went wrong in \a error, if it cannot be read to its end. */
-    static QByteArray digest(const QString &path, QString *error, const Listener &listener = {});
+    /** Writes to the device; null, or what went wrong, apart from errors of the device itself. */
+    using Filler = std::function<QString(QIODevice &device)>;
+
+    /** As above, for content that need not lie in memory as a whole. */
+    static QString write(const Filler &fill, const QString &target);
+
+    /** The digest of a file; null, with what went wrong in \a error, if it cannot be read to its end. */
+    static QByteArray digest(const QString &path, QCryptographicHash::Algorithm algorithm, QString *error,
+                             const Listener &listener = {});
 };
 
 } // namespace ts::ledger

@@ -1,8 +1,7 @@
 #include "ledger/ledgerreport.h"
 
 #include "ledger/texttable.h"
-#include "presentation/keyword.h"
-#include "repository/link.h"
+#include "ledger/typenames.h"
 
 #include <QCryptographicHash>
 #include <QJsonArray>
@@ -32,23 +31,6 @@ QString fingerprintOf(const IssuerRecord &issuer)
 {
     return QString::fromLatin1(
         QCryptographicHash::hash(issuer.publicKey, QCryptographicHash::Sha256).toHex());
-}
-
-QString typeOf(const KeywordRecord &keyword)
-{
-    static const QStringList names{QStringLiteral("noun"), QStringLiteral("name"),
-                                   QStringLiteral("adjective"), QStringLiteral("literal"),
-                                   QStringLiteral("category")};
-    return names.value(keyword.type, QString::number(keyword.type));
-}
-
-QString typeOf(const LinkRecord &link)
-{
-    static const QStringList names{QStringLiteral("is_a"),       QStringLiteral("contains"),
-                                   QStringLiteral("relates_to"), QStringLiteral("is_not_a"),
-                                   QStringLiteral("is"),         QStringLiteral("uses"),
-                                   QStringLiteral("requires")};
-    return names.value(link.type, QString::number(link.type));
 }
 
 QString displayOf(const QByteArray &value)
@@ -106,12 +88,13 @@ QString LedgerReport::toText() const
         QStringList strings;
         for (const TranslationRecord &translation : keyword.translations)
             strings.append(displayOf(translation.values.value(0)));
-        keywords.addRow({ledger::toText(keyword.id), typeOf(keyword), strings.join(QLatin1String(", "))});
+        keywords.addRow(
+            {ledger::toText(keyword.id), keywordTypeName(keyword.type), strings.join(QLatin1String(", "))});
     }
     TextTable links({QStringLiteral("FROM"), QStringLiteral("LINK"), QStringLiteral("TO")});
     for (const LinkRecord &link : records.links)
-        links.addRow(
-            {endOf(link.source, link.flags & 0x0F), typeOf(link), endOf(link.target, link.flags > 0x0F)});
+        links.addRow({endOf(link.source, link.flags & 0x0F), linkTypeName(link.type),
+                      endOf(link.target, link.flags > 0x0F)});
     return QStringList{summary(), issuers.toText(), packages.toText(), keywords.toText(), links.toText()}
         .join(QLatin1String("\n\n"));
 }
@@ -162,7 +145,7 @@ QJsonObject LedgerReport::keywordJson(const KeywordRecord &keyword) const
                        mapped(translation.values, pieces));
     }
     return {{QStringLiteral("id"), ledger::toText(keyword.id)},
-            {QStringLiteral("type"), typeOf(keyword)},
+            {QStringLiteral("type"), keywordTypeName(keyword.type)},
             {QStringLiteral("strings"), strings}};
 }
 
@@ -184,7 +167,7 @@ QJsonObject LedgerReport::packageJson(int index) const
 QJsonObject LedgerReport::linkJson(const LinkRecord &link) const
 {
     return {{QStringLiteral("from"), endOf(link.source, link.flags & 0x0F)},
-            {QStringLiteral("type"), typeOf(link)},
+            {QStringLiteral("type"), linkTypeName(link.type)},
             {QStringLiteral("to"), endOf(link.target, link.flags > 0x0F)}};
 }
 

@@ -1,35 +1,25 @@
 #include "ledger/ledgersource.h"
 
+#include "ledger/httpclient.h"
 #include "ledger/servertree.h"
 
-#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
-#include <QNetworkAccessManager>
-#include <QNetworkReply>
 
 namespace ts::ledger {
 
 namespace {
 
-constexpr int transferTimeout = 30000; // milliseconds without a byte
 constexpr int okStatus = 200;
 
 QByteArray download(const QUrl &url, QString *error)
 {
-    QNetworkAccessManager manager;
-    manager.setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
-    manager.setTransferTimeout(transferTimeout);
-    const QScopedPointer<QNetworkReply> reply(manager.get(QNetworkRequest(url)));
-    QEventLoop loop;
-    QObject::connect(reply.data(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    loop.exec();
-    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (reply->error() == QNetworkReply::NoError && status == okStatus)
-        return reply->readAll() + QByteArray("", 0);
-    *error = QStringLiteral("%1: %2").arg(
-        url.toString(), status == 0 || status == okStatus ? reply->errorString()
-                                                          : QStringLiteral("answered with %1").arg(status));
+    const HttpAnswer answer = HttpClient().exchange("GET", url);
+    if (answer.status == okStatus && answer.error.isNull())
+        return answer.body + QByteArray("", 0);
+    *error = answer.error.isNull()
+                 ? QStringLiteral("%1: answered with %2").arg(url.toString()).arg(answer.status)
+                 : answer.error;
     return QByteArray();
 }
 

@@ -25,6 +25,7 @@ constexpr Command commands[] = {
     {"publish", "bring a catalogue into the directory of a web server", &publish},
     {"verify", "tell whether a ledger is good, and what is bad about it", &verify},
     {"inspect", "tell what is in a ledger", &inspect},
+    {"couchdb", "bring a catalogue into a CouchDB database", &couchdb},
     {"serve", "serve a published directory on this machine, for trying things out", &serve},
 };
 

@@ -112,7 +112,8 @@ bool Publisher::isPresent(const CatalogueFile &file) const
     if (!present.isFile() || present.size() != file.size)
         return false;
     QString error;
-    return !options.recheck || FileCopy::digest(present.filePath(), &error) == file.digest;
+    return !options.recheck
+           || FileCopy::digest(present.filePath(), QCryptographicHash::Sha224, &error) == file.digest;
 }
 
 bool Publisher::writeFiles()

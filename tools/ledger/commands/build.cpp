@@ -25,7 +25,7 @@ int build(const QStringList &arguments)
 
     Problems problems;
     SignedCatalogue result;
-    result.read(line, line.argument(0), problems);
+    result.catalogue = readCatalogue(line, line.argument(0), problems);
     result.sign(line, problems);
     if (!Console::report(problems))
         return Failure;

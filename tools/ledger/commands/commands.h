@@ -13,5 +13,6 @@ int publish(const QStringList &arguments);
 int verify(const QStringList &arguments);
 int inspect(const QStringList &arguments);
 int serve(const QStringList &arguments);
+int couchdb(const QStringList &arguments);
 
 } // namespace ts::ledger

@@ -60,7 +60,7 @@ int publish(const QStringList &arguments)
 
     Problems problems;
     SignedCatalogue result;
-    result.read(line, line.argument(0), problems);
+    result.catalogue = readCatalogue(line, line.argument(0), problems);
     line.isSet(ledgerOption) ? takeLedger(result, line, problems) : result.sign(line, problems);
     if (!Console::report(problems))
         return Failure;

@@ -53,26 +53,31 @@ PublicKey rootKey(const CommandLine &line, Problems &problems)
                                      : KeyFile::builtInRoot();
 }
 
-void SignedCatalogue::addOptions(CommandLine &line)
+void addCatalogueOption(CommandLine &line)
 {
-    line.addOption(certificateOption, QStringLiteral("FILE"), QStringLiteral("The issuer's certificate."));
-    line.addOption(keyOption, QStringLiteral("FILE"), QStringLiteral("The issuer's private key."));
-    addRootKeyOption(line);
     line.addFlag(skipOption,
                  QStringLiteral("Leave out files in sub-directories of packages, which do not install, "
                                 "instead of refusing them."));
 }
 
-std::optional<int> SignedCatalogue::findMissing(const CommandLine &line)
-{
-    return line.findMissing({certificateOption, keyOption});
-}
-
-void SignedCatalogue::read(const CommandLine &line, const QString &directory, Problems &problems)
+Catalogue readCatalogue(const CommandLine &line, const QString &directory, Problems &problems)
 {
     using SubDirectories = CatalogueReader::SubDirectories;
     const SubDirectories policy = line.isSet(skipOption) ? SubDirectories::Skip : SubDirectories::Refuse;
-    catalogue = CatalogueReader(directory, policy, problems).read();
+    return CatalogueReader(directory, policy, problems).read();
+}
+
+void SignedCatalogue::addOptions(CommandLine &line)
+{
+    line.addOption(certificateOption, QStringLiteral("FILE"), QStringLiteral("The issuer's certificate."));
+    line.addOption(keyOption, QStringLiteral("FILE"), QStringLiteral("The issuer's private key."));
+    addRootKeyOption(line);
+    addCatalogueOption(line);
+}
+
+std::optional<int> SignedCatalogue::findMissing(const CommandLine &line)
+{
+    return line.findMissing({certificateOption, keyOption});
 }
 
 void SignedCatalogue::sign(const CommandLine &line, Problems &problems)

@@ -11,6 +11,12 @@
 
 namespace ts::ledger {
 
+/** Adds the option that tells how strictly a catalogue is read. */
+void addCatalogueOption(CommandLine &line);
+
+/** Errors are in \a problems. */
+Catalogue readCatalogue(const CommandLine &line, const QString &directory, Problems &problems);
+
 /** A catalogue with its ledger: what the sub-commands "build" and "publish" begin with. One thread. */
 class SignedCatalogue
 {
@@ -21,10 +27,7 @@ public:
     /** The exit code if a key or certificate is missing on the command line. */
     static std::optional<int> findMissing(const CommandLine &line);
 
-    /** Only reads the directory. Errors are in \a problems. */
-    void read(const CommandLine &line, const QString &directory, Problems &problems);
-
-    /** Signs what has been read, with the key and certificate of the command line. */
+    /** Signs the catalogue, with the key and certificate of the command line. */
     void sign(const CommandLine &line, Problems &problems);
 
     /** Takes a ledger that was built before, and believes it no more than a client would. */

@@ -1,0 +1,121 @@
+#include "ledger/commands/commands.h"
+#include "ledger/commands/signedcatalogue.h"
+#include "ledger/console.h"
+#include "ledger/couchdatabase.h"
+#include "ledger/couchdocument.h"
+#include "ledger/filecopy.h"
+#include "ledger/latin1.h"
+
+#include <QFile>
+#include <QIODevice>
+
+namespace ts::ledger {
+
+namespace {
+
+constexpr QLatin1String credentialsOption = latin1("credentials");
+constexpr QLatin1String outputOption = latin1("output");
+constexpr QLatin1String pruneOption = latin1("prune");
+constexpr QLatin1String urlOption = latin1("url");
+
+// What a POST to "_bulk_docs" takes, with a line for each document.
+QString writeDocuments(const QVector<CouchDocument> &documents, const QString &path)
+{
+    return FileCopy::write(FileCopy::Filler([&documents](QIODevice &device) {
+                               QString error;
+                               device.write("{\"docs\":[\n");
+                               for (const CouchDocument &document : documents) {
+                                   if (&document != &documents.constFirst())
+                                       device.write(",\n");
+                                   device.write(document.toJson(QString(), {}, &error));
+                                   if (!error.isNull())
+                                       return error;
+                               }
+                               device.write("\n]}\n");
+                               return error;
+                           }),
+                           path);
+}
+
+// The first line of the file, as in "user:password".
+QByteArray readCredentials(const CommandLine &line, Problems &problems)
+{
+    if (!line.isSet(credentialsOption))
+        return QByteArray();
+    QFile file(line.value(credentialsOption));
+    const QByteArray credentials = file.open(QIODevice::ReadOnly) ? file.readLine().trimmed() : QByteArray();
+    if (!credentials.contains(':'))
+        problems.addError(file.fileName(), QStringLiteral("no line as in 'user:password'"));
+    return credentials;
+}
+
+int upload(const QVector<CouchDocument> &documents, const CommandLine &line)
+{
+    Problems problems;
+    const QByteArray credentials = readCredentials(line, problems);
+    CouchDatabase database(QUrl(line.value(urlOption)), credentials);
+    if (problems.errors.isEmpty() && !database.upload(documents, line.isSet(pruneOption)))
+        problems.errors = database.errors();
+    if (!Console::report(problems))
+        return Failure;
+    const CouchDatabase::Result result = database.result();
+    return Console::print(
+               QStringLiteral("%1 documents written, %2 unchanged, %3 deleted, %4 left that are not in the "
+                              "catalogue")
+                   .arg(result.written)
+                   .arg(result.unchanged)
+                   .arg(result.deleted)
+                   .arg(result.vanished))
+               ? Success
+               : Failure;
+}
+
+} // namespace
+
+int couchdb(const QStringList &arguments)
+{
+    CommandLine line(
+        QStringLiteral("couchdb"),
+        QStringLiteral("Makes documents of CouchDB from a catalogue. They are uploaded to a database, with "
+                       "the views by which applications read them, or written to a file. An upload "
+                       "writes what is new or has changed, and can be repeated at any time."));
+    line.addOption(urlOption, QStringLiteral("URL"),
+                   QStringLiteral("The database, as in http://localhost:5984/catalogue."));
+    line.addOption(credentialsOption, QStringLiteral("FILE"),
+                   QStringLiteral("A file with user and password for the database, as in user:password."));
+    line.addFlag(pruneOption,
+                 QStringLiteral("Delete packages, keywords and links of the database that are not in the "
+                                "catalogue."));
+    line.addOption(
+        outputOption, QStringLiteral("FILE"),
+        QStringLiteral(
+            "Write the documents to FILE instead, for a POST to _bulk_docs of an empty database."));
+    addCatalogueOption(line);
+    line.addArgument(QStringLiteral("CATALOGUE"), QStringLiteral("Directory of the catalogue."));
+    if (const auto exitCode = line.parse(arguments))
+        return *exitCode;
+    if (line.isSet(urlOption) == line.isSet(outputOption))
+        return line.refuse(QStringLiteral("Either --url or --output has to be given."));
+    const QString scheme = QUrl(line.value(urlOption)).scheme();
+    if (line.isSet(urlOption) && scheme != QLatin1String("http") && scheme != QLatin1String("https"))
+        return line.refuse(QStringLiteral("'%1' is no URL of a database.").arg(line.value(urlOption)));
+
+    Problems problems;
+    const Catalogue catalogue = readCatalogue(line, line.argument(0), problems);
+    const QVector<CouchDocument> documents =
+        problems.errors.isEmpty() ? couchDocuments(catalogue, problems) : QVector<CouchDocument>();
+    if (!Console::report(problems))
+        return Failure;
+    if (line.isSet(urlOption))
+        return upload(documents, line);
+    if (const QString error = writeDocuments(documents, line.value(outputOption)); !error.isNull()) {
+        Console::error(error);
+        return Failure;
+    }
+    return Console::print(
+               QStringLiteral("%1: %2 documents").arg(line.value(outputOption)).arg(documents.size()))
+               ? Success
+               : Failure;
+}
+
+} // namespace ts::ledger
