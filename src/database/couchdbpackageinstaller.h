@@ -12,8 +12,8 @@ namespace ts::pm {
  * Installs a package whose files are the attachments of a CouchDB document.
  *
  * The files are told by "_attachments": each key is a file name, and the "digest" of its value, "md5-" and
- * the base64 of the digest, is the file's id in the store. An attachment without a usable digest counts as a
- * download that failed.
+ * the base64 of the digest, is the file's id in the store. An attachment without a usable digest is
+ * not fetched, and fails.
  *
  * Threads and ownership: as PackageInstaller; \a manager has to live on the same thread.
  * Errors: as DownloadInstaller, from code 1 on.
