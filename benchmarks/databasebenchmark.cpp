@@ -4,6 +4,7 @@
 
 #include "database/couchdbpackageaccessor.h"
 #include "database/documentpackageaccessor.h"
+#include "storage/filestore.h"
 #include "support/ratioreporter.h"
 
 #include <Tamsel/Locations>
@@ -154,5 +155,6 @@ int main(int argc, char **argv)
     if (!ts::Locations::setDataLocation(QDir(data.path())))
         return 1;
     const QCoreApplication application(argc, argv);
+    const auto store = FileStore::defaultStore(); // or each accessor would make it anew
     return runBenchmarks(argc, argv);
 }

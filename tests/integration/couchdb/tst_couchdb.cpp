@@ -1,0 +1,250 @@
+// The database sources against a real server: listing, changes, attachments, and a server that goes and
+// returns.
+
+#include "database/couchdbpackagesource.h"
+#include "database/documentpackageloader.h"
+#include "database/documentpackagesource.h"
+#include "index/packageindex.h"
+#include "index/packagenode.h"
+#include "presentation/packagereference.h"
+#include "support/literals.h"
+#include "support/logcapture.h"
+#include "support/testprovider.h"
+
+#include <TamselDataCore/Context>
+#include <TamselDataCore/LinkedDocument>
+
+#include <QNetworkAccessManager>
+#include <QNetworkReply>
+#include <QProcess>
+#include <QtTest>
+
+using namespace ts::pm;
+using namespace ts::pm::test;
+
+namespace {
+
+/** The server, empty at its start, and with a database "db" that the test writes to. */
+class Server
+{
+public:
+    ~Server() { stop(); }
+
+    [[nodiscard]] bool start()
+    {
+        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process.start(QStringLiteral(NODE), {QStringLiteral(SERVER), port});
+        while (process.waitForReadyRead()) {
+            if (process.canReadLine()) {
+                port = QString::fromLatin1(process.readLine().trimmed());
+                return !port.isEmpty();
+            }
+        }
+        return false;
+    }
+
+    void stop()
+    {
+        process.kill();
+        process.waitForFinished();
+    }
+
+    QUrl url(const QString &path = QString()) const { return QUrl("http://localhost:"_s + port + path); }
+
+    /** What the server answers to a request for \a path below the database; empty unless it is a success. */
+    QByteArray ask(const QByteArray &method, const QString &path, const QJsonObject &json = {})
+    {
+        QNetworkRequest request(url("/db"_s + path));
+        request.setHeader(QNetworkRequest::ContentTypeHeader, "application/json"_s);
+        const std::unique_ptr<QNetworkReply> reply(
+            manager.sendCustomRequest(request, method, QJsonDocument(json).toJson()));
+        QSignalSpy finished(reply.get(), &QNetworkReply::finished);
+        return finished.wait() && reply->error() == QNetworkReply::NoError ? reply->readAll() : QByteArray();
+    }
+
+    /** Writes the document \a id with the given members, on top of the revision that is there. */
+    [[nodiscard]] bool put(const QString &id, QJsonObject document)
+    {
+        const QByteArray present = ask("GET", "/"_s + id);
+        if (!present.isEmpty())
+            document.insert("_rev"_s, QJsonDocument::fromJson(present).object().value("_rev"_s));
+        return !ask("PUT", "/"_s + id, document).isEmpty();
+    }
+
+    [[nodiscard]] bool remove(const QString &id)
+    {
+        const QJsonObject present = QJsonDocument::fromJson(ask("GET", "/"_s + id)).object();
+        return !ask("DELETE", "/"_s + id + "?rev="_s + present.value("_rev"_s).toString()).isEmpty();
+    }
+
+    QNetworkAccessManager manager;
+
+private:
+    QProcess process;
+    QString port = "0"_s;
+};
+
+QJsonObject view(const QString &name, const char *map)
+{
+    return {{"views"_s, QJsonObject{{name, QJsonObject{{"map"_s, QString::fromLatin1(map)}}}}}};
+}
+
+QJsonObject package(const QString &title, const QMap<QString, QByteArray> &files)
+{
+    QJsonObject attachments;
+    for (auto file = files.begin(); file != files.end(); ++file) {
+        attachments.insert(file.key(), QJsonObject{{"content_type"_s, "text/plain"_s},
+                                                   {"data"_s, QString::fromLatin1(file.value().toBase64())}});
+    }
+    return {{"packageType"_s, "hike"_s},
+            {"manifest"_s, QJsonObject{{"title"_s, title}}},
+            {"_attachments"_s, attachments}};
+}
+
+/** A data context that has the packages of \a provider. */
+class PackageContext : public ts::data::Context, public IPackageProvider
+{
+    Q_OBJECT
+    Q_INTERFACES(ts::pm::IPackageProvider)
+
+public:
+    using Context::Context;
+    PackageRepository *packageRepository() const override { return provider.packageRepository(); }
+    PackageReference *packageReference(const QString &id) override { return provider.packageReference(id); }
+
+    [[nodiscard]] bool rebuild() { return provider.rebuild(); }
+
+    QString ids() const
+    {
+        QStringList ids;
+        for (const PackageNode *node :
+             PackageIndex::selectPackages(packageRepository()->packageIndex(), {}, {}, {}))
+            ids << node->id().toString();
+        ids.sort();
+        return ids.join(" "_s);
+    }
+
+private:
+    TestProvider provider;
+};
+
+} // namespace
+
+class tst_CouchDB : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        QVERIFY(server.start());
+        QVERIFY(fill());
+    }
+    void cleanup() { server.stop(); }
+
+    void followsTheDatabase();
+    void readsDocuments();
+
+private:
+    bool fill()
+    {
+        return !server.ask("PUT", QString()).isEmpty()
+               && server.put("_design/tamsel"_s,
+                             view("packages"_s, "function (doc) { emit([doc._id.split(':')[0]], doc); }"))
+               && server.put("_design/melvoro"_s,
+                             view("by_type"_s, "function (doc) { emit([doc.type, doc._id], null); }"))
+               && server.put("package:trail"_s, package("old"_s, files))
+               && server.put("package:empty"_s, package("x"_s, {}))
+               && server.put("package:deep"_s, package("x"_s, {{"a b/c?"_s, "deep"}}));
+    }
+
+    Server server;
+    const QMap<QString, QByteArray> files{{"plain.txt"_s, "owl"},
+                                          {"a b"_s, "blank"},
+                                          {QString::fromUtf8("\xc3\xbc\xe6\x97\xa5"), "letters"},
+                                          {"100%25"_s, "percent"},
+                                          {"q?#&+;:"_s, "signs"},
+                                          {"twin"_s, "owl"}};
+};
+
+void tst_CouchDB::followsTheDatabase()
+{
+    PackageContext context(server.url(), "db"_s);
+    auto source = std::make_unique<CouchDBPackageSource>(server.url("/db"_s), &server.manager);
+    context.packageRepository()->addSource(source.get());
+    source->update();
+    QTRY_COMPARE(context.ids(), "deep empty trail"_s);
+
+    const PackageReference *trail = context.packageReference("trail"_s);
+    QTRY_COMPARE(trail->status(), PackageReference::Installed);
+    for (auto content = files.begin(); content != files.end(); ++content) {
+        QFile file(trail->installLocation().pathToFile(content.key()));
+        QVERIFY2(file.open(QIODevice::ReadOnly) && file.readAll() == content.value(),
+                 qPrintable(content.key()));
+    }
+    QTRY_COMPARE(context.packageReference("empty"_s)->status(), PackageReference::Installed);
+    {
+        const LogCapture log("tamsel.packages"_s);
+        const PackageReference *deep = context.packageReference("deep"_s);
+        QTRY_COMPARE(deep->status(),
+                     PackageReference::Incomplete); // there are no directories to install into
+        const QUrl url = deep->fileUrl("a b/c?"_s);
+        QCOMPARE(server.ask("GET", url.path(QUrl::FullyEncoded).mid(3)), QByteArray("deep"));
+    }
+
+    QVERIFY(server.put("package:trail"_s, package("new"_s, {{"plain.txt"_s, "wren"}})));
+    QVERIFY(server.remove("package:deep"_s));
+    source->update();
+    QTRY_COMPARE(context.ids(), "empty trail"_s);
+    QTRY_COMPARE(trail->manifestField("title"_s), QJsonValue("new"_s));
+    QFile file(trail->installLocation().pathToFile("plain.txt"_s));
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("wren"));
+
+    // The server goes, the application is started again, the server returns with other data, the database
+    // goes.
+    server.stop();
+    const LogCapture log("tamsel.package.couchdb"_s);
+    const auto lines = [&log] { return log.lines().filter("critical"_s).size(); };
+    source->update();
+    QTRY_COMPARE(lines(), 1);
+    source->persist();
+    context.packageRepository()->removeSource(source.get());
+    source = std::make_unique<CouchDBPackageSource>(server.url("/db"_s), &server.manager);
+    PackageContext restarted(server.url(), "db"_s);
+    restarted.packageRepository()->addSource(source.get());
+    QTRY_COMPARE(restarted.ids(), "empty trail"_s);
+    QVERIFY(server.start() && fill());
+    source->update();
+    QTRY_COMPARE(restarted.ids(), "deep empty trail"_s);
+    QVERIFY(!server.ask("DELETE", QString()).isEmpty());
+    source->update();
+    QTRY_VERIFY(source->children().isEmpty());
+    QVERIFY(restarted.rebuild());
+    QCOMPARE(restarted.ids(), "deep empty trail"_s);
+}
+
+void tst_CouchDB::readsDocuments()
+{
+    for (const char *id : {"wren", "owl"})
+        QVERIFY(server.put(QString::fromLatin1(id), {{"type"_s, "bird"_s}, {"name"_s, "old"_s}}));
+    QVERIFY(server.put("alder"_s, {{"type"_s, "bird2"_s}}) && server.put("elm"_s, {{"type"_s, "bir"_s}}));
+    PackageContext context(server.url(), "db"_s);
+    DocumentPackageSource source("bird"_s, &context);
+    new DocumentPackageLoader("o"_s, &context);
+    context.packageRepository()->addSource(&source);
+    source.update();
+    QTRY_COMPARE(context.ids(), "owl wren"_s);
+    QCOMPARE(context.packageReference("wren"_s)->type(), "compat:bird"_s);
+
+    const ts::data::LinkedDocument *owl = context.openDocument("owl"_s);
+    QCOMPARE(owl->getStructValue(QString(), "name"_s), QJsonValue("old"_s));
+    QVERIFY(server.put("owl"_s, {{"type"_s, "bird"_s}, {"name"_s, "new"_s}}) && server.remove("wren"_s));
+    source.update();
+    QTRY_COMPARE(owl->getStructValue(QString(), "name"_s), QJsonValue("new"_s));
+    QCOMPARE(context.ids(), "owl"_s);
+    context.packageRepository()->removeSource(&source);
+}
+
+QTEST_GUILESS_MAIN(tst_CouchDB)
+#include "tst_couchdb.moc"
