@@ -50,7 +50,7 @@ public:
         return *this;
     }
 
-    QByteArray followedBy(const QByteArray &body) const { return bytes + "\r\n" + body; }
+    QByteArray followedBy(const QByteArray &body) { return bytes.append("\r\n").append(body); }
 
 private:
     QByteArray bytes;

@@ -18,7 +18,8 @@ class IFileProxy;
  * A provider is installed under a random key and gets URLs of the form "http://localhost:PORT/KEY/PATH". A
  * GET or HEAD of such a URL is passed to the provider, which answers when it has the file. Two methods, no
  * ranges, no chunks, no request bodies; a connection stays open until the client closes it or breaks the
- * protocol.
+ * protocol. Files leave as their clients read, a piece for each turn of the event loop, and are never in
+ * memory as a whole; of each client at most 64 KiB are read ahead, and 100 headers kept.
  *
  * Ownership: shared, see defaultServer(). Providers are not owned.
  * Threads: everything on the thread that made the server.
@@ -50,7 +51,12 @@ public:
 
     /**
      * Answers every connection that waits for \a url below \a key: with the file \a path if \a code is 200,
-     * otherwise with the code alone.
+     * otherwise with the code alone. After any other code a connection still counts as waiting, so a later
+     * answer reaches it too.
+     *
+     * What the client sent is compared as text with the readable form of \a url, QUrl::toString(). The URLs
+     * of fileUrl() agree with it for plain file names; a client that escapes more than it must gets no
+     * answer.
      */
     void resolveFile(const QString &key, const QUrl &url, int code, const QString &path);
 
