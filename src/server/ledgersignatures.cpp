@@ -10,6 +10,7 @@
 #include <QAtomicInteger>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QStringList>
 #include <QtConcurrent>
 
 #include <algorithm>
@@ -41,15 +42,24 @@ QJsonObject signedManifest(const PackageEntry &package)
     return manifest;
 }
 
+QString hexadecimal(const unsigned char *digest)
+{
+    QString text(DigestSize * 2, Qt::Uninitialized);
+    QChar *to = text.data();
+    for (int i = 0; i < DigestSize; ++i) {
+        *to++ = QLatin1Char("0123456789abcdef"[digest[i] >> 4]);
+        *to++ = QLatin1Char("0123456789abcdef"[digest[i] & 0xf]);
+    }
+    return text;
+}
+
 QJsonObject signedFiles(const PackageEntry &package)
 {
-    QJsonObject files;
-    const QVector<PackageFile> signedFiles = packageFiles(package);
-    for (const PackageFile &file : signedFiles) {
-        const auto digest = QByteArray::fromRawData(reinterpret_cast<const char *>(file.digest), DigestSize);
-        files.insert(file.path, QString::fromLatin1(digest.toHex()));
-    }
-    return files;
+    QJsonObject members;
+    const QVector<PackageFile> files = packageFiles(package);
+    for (const PackageFile &file : files)
+        members.insert(file.path, hexadecimal(file.digest));
+    return members;
 }
 
 /** What the issuer of a package signs; null if it has no canonical form. */
@@ -71,8 +81,7 @@ bool hasAllDigests(const PackageEntry &package)
 class PackageVerifier
 {
 public:
-    PackageVerifier(const QVector<Utf8String> &types, const QVector<PublicKey> &keys,
-                    QAtomicInteger<int> *good)
+    PackageVerifier(const QStringList &types, const QVector<PublicKey> &keys, QAtomicInteger<int> *good)
         : types(types)
         , keys(keys)
         , good(good)
@@ -90,11 +99,11 @@ private:
     {
         if (!hasAllDigests(package))
             return false;
-        const QByteArray statement = packageStatement(package, types.at(package.typeIndex).toString());
+        const QByteArray statement = packageStatement(package, types.at(package.typeIndex));
         return !statement.isNull() && isSignedBy(keys.at(package.issuerIndex), package.signature, statement);
     }
 
-    QVector<Utf8String> types;
+    QStringList types;
     QVector<PublicKey> keys;
     QAtomicInteger<int> *good;
 };
@@ -135,10 +144,13 @@ bool PackageLedger::verifySignatures()
         keys.append(key);
     }
 
+    QStringList typeNames;
+    for (const Utf8String &type : qAsConst(types))
+        typeNames.append(type.toString());
     QAtomicInteger<int> good(0);
     // Not blockingMap(), which leaves all the work to the pool: this call itself runs on one of its threads,
     // and in a full pool it would wait for ever. Started like this, the calling thread works too.
-    QtConcurrent::startMap(packages.cbegin(), packages.cend(), PackageVerifier(types, keys, &good))
+    QtConcurrent::startMap(packages.cbegin(), packages.cend(), PackageVerifier(typeNames, keys, &good))
         .startBlocking();
     if (good.loadRelaxed() != packages.size())
         return false;

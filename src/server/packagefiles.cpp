@@ -16,7 +16,7 @@ QString decoded(const QByteArray &spelling)
 struct SpelledFile
 {
     PackageFile file;
-    QByteArray spelling;
+    const QByteArray *spelling;
 };
 
 /** By path; of one path the spelling that counts is the first. */
@@ -25,9 +25,9 @@ bool precedes(const SpelledFile &left, const SpelledFile &right)
     if (left.file.path != right.file.path)
         return left.file.path < right.file.path;
     const QByteArray exact = left.file.path.toUtf8();
-    if (right.spelling == exact)
+    if (*right.spelling == exact)
         return false;
-    return left.spelling == exact || left.spelling < right.spelling;
+    return *left.spelling == exact || *left.spelling < *right.spelling;
 }
 
 } // namespace
@@ -37,14 +37,14 @@ QVector<PackageFile> packageFiles(const PackageEntry &package)
     QVector<SpelledFile> spelled;
     spelled.reserve(package.files.size());
     for (auto file = package.files.cbegin(); file != package.files.cend(); ++file)
-        spelled.append({{decoded(file.key()), file.value()}, file.key()});
+        spelled.append({{decoded(file.key()), file.value()}, &file.key()});
     std::sort(spelled.begin(), spelled.end(), precedes);
 
     QVector<PackageFile> files;
     files.reserve(spelled.size());
-    for (const SpelledFile &candidate : qAsConst(spelled)) {
+    for (SpelledFile &candidate : spelled) {
         if (files.isEmpty() || files.constLast().path != candidate.file.path)
-            files.append(candidate.file);
+            files.append(std::move(candidate.file));
     }
     return files;
 }
