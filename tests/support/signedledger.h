@@ -35,14 +35,14 @@ public:
     void sign(ledger::IssuerRecord &issuer, const QByteArray &publicKey) const;
     void sign(ledger::PackageRecord &package, const QByteArray &manifest) const;
 
+    /** What the issuer of the package signs. */
+    QByteArray statement(const ledger::PackageRecord &package) const;
+
     QByteArray toByteArray() const;
 
     ledger::LedgerRecords records;
     crypto::ed25519::PrivateKey rootKey;
     QVector<crypto::ed25519::PrivateKey> issuerKeys;
-
-private:
-    QByteArray statement(const ledger::PackageRecord &package) const;
 };
 
 } // namespace ts::pm::test
