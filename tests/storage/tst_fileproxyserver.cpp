@@ -132,7 +132,7 @@ private Q_SLOTS:
         row("long header", "GET /%1/owl HTTP/1.1\r\nX: " + QByteArray(9000, 'x') + "\r\n\r\n", owl, true);
         row("long target", "GET /%1/" + QByteArray(4096, 'x') + " HTTP/1.1\r\n\r\n", badRequest, false);
         row("many headers", "GET /%1/owl HTTP/1.1\r\n" + manyHeaders() + "\r\n", owl, true);
-        row("endless line", QByteArray(70000, 'x'), badRequest, false);
+        row("endless line", QByteArray(65536, 'x'), badRequest, false);    // fills the read buffer
         row("escaped letter", "GET /%1/%6fwl HTTP/1.1\r\n\r\n", "", true); // text is compared with text
         row("encoded blank", "GET /%1/a%20b HTTP/1.1\r\n\r\n", "", true);
         row("NUL", QByteArray("G\0T /%1/owl HTTP/1.1\r\n", 23), notAllowed, false);
