@@ -67,13 +67,15 @@ Catalogue CatalogueReader::read()
     const QString dictionary = QStringLiteral("dictionary");
     const QString links = QStringLiteral("links");
     bool isCatalogue = false;
-    for (const DirectoryEntry &entry : listing.entries(root)) {
+    const QVector<DirectoryEntry> entries = listing.entries(root);
+    for (const DirectoryEntry &entry : entries) {
         if (entry.kind != DirectoryEntry::Directory)
             continue;
         if (entry.name == packages)
             readPackages(entry.path, QString());
         else if (entry.name == dictionary || entry.name == links) {
-            for (const DirectoryEntry &file : jsonFiles(entry.path))
+            const QVector<DirectoryEntry> files = jsonFiles(entry.path);
+            for (const DirectoryEntry &file : files)
                 entry.name == links ? readLink(file) : readKeyword(file);
         } else
             continue;
@@ -101,7 +103,8 @@ void CatalogueReader::readPackages(const QString &directory, const QString &type
         return;
     }
     presentPath.insert(canonicalPath);
-    for (const DirectoryEntry &entry : listing.entries(directory)) {
+    const QVector<DirectoryEntry> entries = listing.entries(directory);
+    for (const DirectoryEntry &entry : entries) {
         if (entry.kind != DirectoryEntry::Directory)
             problems.addWarning(listing.placeOf(entry.path),
                                 QStringLiteral("belongs to no package, passed over"));
@@ -127,7 +130,8 @@ void CatalogueReader::readPackage(const DirectoryEntry &entry, const QString &ty
     package.info.id = entry.name;
     package.info.type = type;
     package.origin = listing.placeOf(entry.path);
-    for (const DirectoryEntry &file : listing.entries(entry.path))
+    const QVector<DirectoryEntry> files = listing.entries(entry.path);
+    for (const DirectoryEntry &file : files)
         addFile(package, file);
     catalogue.packages.append(package);
 }

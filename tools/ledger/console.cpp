@@ -14,12 +14,13 @@ void tell(const char *colour, const char *kind, const QString &message)
 {
     const bool coloured = Console::isErrorTerminal() && !qEnvironmentVariableIsSet("NO_COLOR");
     std::fprintf(stderr, "tamsel-ledger: %s%s:%s %s\n", coloured ? colour : "", kind,
-                 coloured ? "\x1b[0m" : "", message.toUtf8().constData());
+                 coloured ? "\x1b[0m" : "", Console::printable(message).toUtf8().constData());
 }
 
 void tellAll(void (*tellOne)(const QString &), const QStringList &messages)
 {
-    for (const QString &message : messages.mid(0, mostMessages))
+    const QStringList told = messages.mid(0, mostMessages);
+    for (const QString &message : told)
         tellOne(message);
     if (messages.size() > mostMessages)
         tellOne(QStringLiteral("... and %1 more").arg(messages.size() - mostMessages));
@@ -53,6 +54,15 @@ bool Console::report(const Problems &problems)
     tellAll(&Console::warning, problems.warnings);
     tellAll(&Console::error, problems.errors);
     return problems.errors.isEmpty();
+}
+
+QString Console::printable(QString text)
+{
+    for (QChar &character : text) {
+        if (!character.isPrint() && !character.isSurrogate())
+            character = QChar::ReplacementCharacter;
+    }
+    return text;
 }
 
 bool Console::print(const QString &line)

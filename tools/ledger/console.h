@@ -20,7 +20,10 @@ public:
     /** Tells all warnings and errors, but not hundreds of them. Returns true if there are no errors. */
     static bool report(const Problems &problems);
 
-    /** A line of the result. False if the output does not take it. */
+    /** \a text without control characters: names can come from anywhere, and a terminal obeys. */
+    static QString printable(QString text);
+
+    /** A line of the result, as it stands. False if the output does not take it. */
     static bool print(const QString &line);
 };
 

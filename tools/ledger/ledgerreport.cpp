@@ -68,39 +68,68 @@ QString LedgerReport::summary() const
 
 QString LedgerReport::toText() const
 {
-    TextTable issuers({QStringLiteral("ISSUER"), QStringLiteral("SECOND NAME"), QStringLiteral("SIGNATURE"),
-                       QStringLiteral("SHA-256 OF THE KEY")});
+    return QStringList{summary(), issuerTable(), packageTable(), keywordTable(), linkTable()}.join(
+        QLatin1String("\n\n"));
+}
+
+QString LedgerReport::issuerTable() const
+{
+    TextTable table({QStringLiteral("ISSUER"), QStringLiteral("SECOND NAME"), QStringLiteral("SIGNATURE"),
+                     QStringLiteral("SHA-256 OF THE KEY")});
     for (int i = 0; i < records.issuers.size(); ++i) {
         const IssuerRecord &issuer = records.issuers.at(i);
-        issuers.addRow({ledger::toText(issuer.name), ledger::toText(issuer.secondName),
-                        goodOrBad(verification.issuers.at(i)), fingerprintOf(issuer)});
+        table.addRow({ledger::toText(issuer.name), ledger::toText(issuer.secondName),
+                      goodOrBad(verification.issuers.at(i)), fingerprintOf(issuer)});
     }
-    TextTable packages({QStringLiteral("TYPE"), QStringLiteral("PACKAGE"), QStringLiteral("FILES"),
-                        QStringLiteral("SIGNATURE"), QStringLiteral("REVISION")});
+    return table.toText();
+}
+
+QString LedgerReport::packageTable() const
+{
+    TextTable table({QStringLiteral("TYPE"), QStringLiteral("PACKAGE"), QStringLiteral("FILES"),
+                     QStringLiteral("SIGNATURE"), QStringLiteral("REVISION")});
     for (int i = 0; i < records.packages.size(); ++i) {
         const PackageRecord &package = records.packages.at(i);
-        packages.addRow({ledger::toText(records.types.at(package.type)), ledger::toText(package.id),
-                         QString::number(package.files.size()), goodOrBad(verification.packages.at(i)),
-                         revisionOf(package)});
+        table.addRow({ledger::toText(records.types.at(package.type)), ledger::toText(package.id),
+                      QString::number(package.files.size()), goodOrBad(verification.packages.at(i)),
+                      revisionOf(package)});
     }
-    TextTable keywords({QStringLiteral("KEYWORD"), QStringLiteral("KIND"), QStringLiteral("FIRST STRINGS")});
+    return table.toText();
+}
+
+QString LedgerReport::keywordTable() const
+{
+    TextTable table({QStringLiteral("KEYWORD"), QStringLiteral("KIND"), QStringLiteral("FIRST STRINGS")});
     for (const KeywordRecord &keyword : records.keywords) {
         QStringList strings;
         for (const TranslationRecord &translation : keyword.translations)
             strings.append(displayOf(translation.values.value(0)));
-        keywords.addRow(
+        table.addRow(
             {ledger::toText(keyword.id), keywordTypeName(keyword.type), strings.join(QLatin1String(", "))});
     }
-    TextTable links({QStringLiteral("FROM"), QStringLiteral("LINK"), QStringLiteral("TO")});
+    return table.toText();
+}
+
+QString LedgerReport::linkTable() const
+{
+    TextTable table({QStringLiteral("FROM"), QStringLiteral("LINK"), QStringLiteral("TO")});
     for (const LinkRecord &link : records.links)
-        links.addRow({endOf(link.source, link.flags & 0x0F), linkTypeName(link.type),
-                      endOf(link.target, link.flags > 0x0F)});
-    return QStringList{summary(), issuers.toText(), packages.toText(), keywords.toText(), links.toText()}
-        .join(QLatin1String("\n\n"));
+        table.addRow({startOf(link), linkTypeName(link.type), endOf(link)});
+    return table.toText();
+}
+
+QString LedgerReport::startOf(const LinkRecord &link) const
+{
+    return idOf(link.source, link.flags & 0x0F);
+}
+
+QString LedgerReport::endOf(const LinkRecord &link) const
+{
+    return idOf(link.target, link.flags > 0x0F);
 }
 
 // A link can name what is not there.
-QString LedgerReport::endOf(quint32 index, bool isPackage) const
+QString LedgerReport::idOf(quint32 index, bool isPackage) const
 {
     const qint64 count = isPackage ? records.packages.size() : records.keywords.size();
     if (qint64(index) >= count)
@@ -166,9 +195,9 @@ QJsonObject LedgerReport::packageJson(int index) const
 
 QJsonObject LedgerReport::linkJson(const LinkRecord &link) const
 {
-    return {{QStringLiteral("from"), endOf(link.source, link.flags & 0x0F)},
+    return {{QStringLiteral("from"), startOf(link)},
             {QStringLiteral("type"), linkTypeName(link.type)},
-            {QStringLiteral("to"), endOf(link.target, link.flags > 0x0F)}};
+            {QStringLiteral("to"), endOf(link)}};
 }
 
 } // namespace ts::ledger

@@ -23,7 +23,13 @@ public:
     QString summary() const;
 
 private:
-    QString endOf(quint32 index, bool isPackage) const;
+    QString issuerTable() const;
+    QString packageTable() const;
+    QString keywordTable() const;
+    QString linkTable() const;
+    QString startOf(const LinkRecord &link) const;
+    QString endOf(const LinkRecord &link) const;
+    QString idOf(quint32 index, bool isPackage) const;
     QJsonObject issuerJson(int index) const;
     QJsonObject keywordJson(const KeywordRecord &keyword) const;
     QJsonObject packageJson(int index) const;

@@ -1,20 +1,8 @@
 #include "ledger/texttable.h"
 
+#include "ledger/console.h"
+
 namespace ts::ledger {
-
-namespace {
-
-// A ledger can come from anywhere, and a terminal obeys control characters.
-QString printable(QString text)
-{
-    for (QChar &character : text) {
-        if (!character.isPrint() && !character.isSurrogate())
-            character = QChar::ReplacementCharacter;
-    }
-    return text;
-}
-
-} // namespace
 
 QString TextTable::toText() const
 {
@@ -27,7 +15,7 @@ QString TextTable::toText() const
     for (const QStringList &row : rows) {
         QString line;
         for (int column = 0; column < row.size(); ++column)
-            line += printable(row.at(column)).leftJustified(widths.at(column) + 2);
+            line += Console::printable(row.at(column)).leftJustified(widths.at(column) + 2);
         lines.append(line.trimmed());
     }
     return lines.join(QLatin1Char('\n'));

@@ -5,6 +5,7 @@
 #include <QCryptographicHash>
 #include <QFile>
 
+#include <algorithm>
 #include <chrono>
 #include <memory>
 
@@ -22,14 +23,11 @@ constexpr int keepAliveTimeout = 1; // seconds; as long as an idle connection ca
 bool hasAlready(const httplib::Request &request, const QByteArray &tag)
 {
     const QByteArray known = QByteArray::fromStdString(request.get_header_value("If-None-Match"));
-    for (QByteArray candidate : known.split(',')) {
-        candidate = candidate.trimmed();
-        if (candidate.startsWith("W/"))
-            candidate.remove(0, 2);
-        if (candidate == tag || candidate == "*")
-            return true;
-    }
-    return false;
+    const QList<QByteArray> candidates = known.split(',');
+    return std::any_of(candidates.begin(), candidates.end(), [&tag](const QByteArray &candidate) {
+        const QByteArray trimmed = candidate.trimmed();
+        return trimmed == tag || trimmed == "W/" + tag || trimmed == "*";
+    });
 }
 
 // True if there is nothing left to answer.
@@ -73,7 +71,8 @@ void TreeServer::logRequests()
 {
     server->set_logger([](const httplib::Request &request, const httplib::Response &response) {
         Console::print(QStringLiteral("%1 %2 %3")
-                           .arg(QString::fromStdString(request.method), QString::fromStdString(request.path))
+                           .arg(QString::fromStdString(request.method),
+                                Console::printable(QString::fromStdString(request.path)))
                            .arg(response.status));
     });
 }

@@ -70,15 +70,8 @@ int upload(const QVector<CouchDocument> &documents, const CommandLine &line)
                : Failure;
 }
 
-} // namespace
-
-int couchdb(const QStringList &arguments)
+void addOptions(CommandLine &line)
 {
-    CommandLine line(
-        QStringLiteral("couchdb"),
-        QStringLiteral("Makes documents of CouchDB from a catalogue. They are uploaded to a database, with "
-                       "the views by which applications read them, or written to a file. An upload "
-                       "writes what is new or has changed, and can be repeated at any time."));
     line.addOption(urlOption, QStringLiteral("URL"),
                    QStringLiteral("The database, as in http://localhost:5984/catalogue."));
     line.addOption(credentialsOption, QStringLiteral("FILE"),
@@ -92,13 +85,33 @@ int couchdb(const QStringList &arguments)
             "Write the documents to FILE instead, for a POST to _bulk_docs of an empty database."));
     addCatalogueOption(line);
     line.addArgument(QStringLiteral("CATALOGUE"), QStringLiteral("Directory of the catalogue."));
-    if (const auto exitCode = line.parse(arguments))
-        return *exitCode;
+}
+
+// The exit code if they do not go together.
+std::optional<int> checkOptions(const CommandLine &line)
+{
     if (line.isSet(urlOption) == line.isSet(outputOption))
         return line.refuse(QStringLiteral("Either --url or --output has to be given."));
     const QString scheme = QUrl(line.value(urlOption)).scheme();
     if (line.isSet(urlOption) && scheme != QLatin1String("http") && scheme != QLatin1String("https"))
         return line.refuse(QStringLiteral("'%1' is no URL of a database.").arg(line.value(urlOption)));
+    return std::nullopt;
+}
+
+} // namespace
+
+int couchdb(const QStringList &arguments)
+{
+    CommandLine line(
+        QStringLiteral("couchdb"),
+        QStringLiteral("Makes documents of CouchDB from a catalogue. They are uploaded to a database, with "
+                       "the views by which applications read them, or written to a file. An upload "
+                       "writes what is new or has changed, and can be repeated at any time."));
+    addOptions(line);
+    if (const auto exitCode = line.parse(arguments))
+        return *exitCode;
+    if (const auto exitCode = checkOptions(line))
+        return *exitCode;
 
     Problems problems;
     const Catalogue catalogue = readCatalogue(line, line.argument(0), problems);

@@ -32,6 +32,19 @@ bool tell(const Publisher::Result &result)
             .arg(result.ledgerWritten ? QStringLiteral("new") : QStringLiteral("unchanged")));
 }
 
+void addOptions(CommandLine &line)
+{
+    SignedCatalogue::addOptions(line);
+    line.addOption(ledgerOption, QStringLiteral("FILE"),
+                   QStringLiteral("Publish this ledger of the catalogue; no key is needed then."));
+    line.addFlag(pruneOption,
+                 QStringLiteral("Remove files that neither this ledger nor the one before it names."));
+    line.addFlag(recheckOption,
+                 QStringLiteral("Read the files that are there as well, and replace damaged ones."));
+    line.addArgument(QStringLiteral("CATALOGUE"), QStringLiteral("Directory of the catalogue."));
+    line.addArgument(QStringLiteral("TREE"), QStringLiteral("Directory that is served; made if need be."));
+}
+
 } // namespace
 
 int publish(const QStringList &arguments)
@@ -42,15 +55,7 @@ int publish(const QStringList &arguments)
             "Brings a catalogue into the directory of a web server. Its ledger is built and signed, or was "
             "before and is given with --ledger. Clients that read meanwhile see the old ledger or the new "
             "one, and in either case all of its files."));
-    SignedCatalogue::addOptions(line);
-    line.addOption(ledgerOption, QStringLiteral("FILE"),
-                   QStringLiteral("Publish this ledger of the catalogue; no key is needed then."));
-    line.addFlag(pruneOption,
-                 QStringLiteral("Remove files that neither this ledger nor the one before it names."));
-    line.addFlag(recheckOption,
-                 QStringLiteral("Read the files that are there as well, and replace damaged ones."));
-    line.addArgument(QStringLiteral("CATALOGUE"), QStringLiteral("Directory of the catalogue."));
-    line.addArgument(QStringLiteral("TREE"), QStringLiteral("Directory that is served; made if need be."));
+    addOptions(line);
     if (const auto exitCode = line.parse(arguments))
         return *exitCode;
     if (!line.isSet(ledgerOption)) {
