@@ -269,7 +269,11 @@ void allSizes(benchmark::internal::Benchmark *benchmark)
 {
     for (const int size : {1000, 10000, 63000})
         benchmark->Arg(size);
-    benchmark->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->UseRealTime()->Repetitions(5)->ReportAggregatesOnly();
+    benchmark->Unit(benchmark::kMillisecond)
+        ->MeasureProcessCPUTime()
+        ->UseRealTime()
+        ->Repetitions(5)
+        ->ReportAggregatesOnly();
 }
 
 BENCHMARK(sodiumVerify)->Name("verify/baseline")->Apply(allSizes);

@@ -7,13 +7,13 @@
 #include <TamselCrypto/JsonSignature>
 #include <TamselCrypto/PublicKey>
 
-#include <QAtomicInteger>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QStringList>
 #include <QtConcurrent>
 
 #include <algorithm>
+#include <atomic>
 
 namespace ts::pm {
 
@@ -81,7 +81,7 @@ bool hasAllDigests(const PackageEntry &package)
 class PackageVerifier
 {
 public:
-    PackageVerifier(const QStringList &types, const QVector<PublicKey> &keys, QAtomicInteger<int> *good)
+    PackageVerifier(const QStringList &types, const QVector<PublicKey> &keys, std::atomic<int> *good)
         : types(types)
         , keys(keys)
         , good(good)
@@ -91,7 +91,7 @@ public:
     void operator()(const PackageEntry &package) const
     {
         if (isGood(package))
-            good->fetchAndAddRelaxed(1);
+            good->fetch_add(1, std::memory_order_relaxed);
     }
 
 private:
@@ -105,8 +105,28 @@ private:
 
     QStringList types;
     QVector<PublicKey> keys;
-    QAtomicInteger<int> *good;
+    std::atomic<int> *good;
 };
+
+/** The key of an issuer whom the root key has signed; otherwise an unusable one, with the reason in the log.
+ */
+PublicKey verifiedKey(const IssuerEntry &issuer, const PublicKey &rootKey)
+{
+    const QByteArray der = rawView(issuer.publicKey);
+    if (!isSignedBy(rootKey, issuer.signature, der)) {
+        qCCritical(lcLedger) << "Failed to verify issuer signature of" << issuer.name.toString()
+                             << issuer.secondName.toString();
+        return {};
+    }
+    qCDebug(lcLedger) << "Issuer signature of" << issuer.name.toString() << issuer.secondName.toString()
+                      << "is valid";
+    const auto key = PublicKey::fromDER(der);
+    if (!key) {
+        qCCritical(lcLedger) << "Public key of" << issuer.name.toString() << issuer.secondName.toString()
+                             << "is not valid";
+    }
+    return key;
+}
 
 void warnOfDevelopmentKey()
 {
@@ -127,32 +147,20 @@ bool PackageLedger::verifySignatures()
     const auto rootKey = PublicKey::fromPEM(QByteArray(RootKeyPem));
     QVector<PublicKey> keys;
     for (const IssuerEntry &issuer : qAsConst(issuers)) {
-        const QByteArray der = rawView(issuer.publicKey);
-        if (!isSignedBy(rootKey, issuer.signature, der)) {
-            qCCritical(lcLedger) << "Failed to verify issuer signature of" << issuer.name.toString()
-                                 << issuer.secondName.toString();
+        keys.append(verifiedKey(issuer, rootKey));
+        if (!keys.constLast())
             return false;
-        }
-        qCDebug(lcLedger) << "Issuer signature of" << issuer.name.toString() << issuer.secondName.toString()
-                          << "is valid";
-        const auto key = PublicKey::fromDER(der);
-        if (!key) {
-            qCCritical(lcLedger) << "Public key of" << issuer.name.toString() << issuer.secondName.toString()
-                                 << "is not valid";
-            return false;
-        }
-        keys.append(key);
     }
 
     QStringList typeNames;
     for (const Utf8String &type : qAsConst(types))
         typeNames.append(type.toString());
-    QAtomicInteger<int> good(0);
+    std::atomic<int> good(0);
     // Not blockingMap(), which leaves all the work to the pool: this call itself runs on one of its threads,
     // and in a full pool it would wait for ever. Started like this, the calling thread works too.
     QtConcurrent::startMap(packages.cbegin(), packages.cend(), PackageVerifier(typeNames, keys, &good))
         .startBlocking();
-    if (good.loadRelaxed() != packages.size())
+    if (good != packages.size())
         return false;
     warnOfDevelopmentKey();
     return true;
