@@ -10,9 +10,7 @@
 #include <QCryptographicHash>
 #include <QFile>
 #include <QFutureWatcher>
-#include <QJsonArray>
 #include <QJsonDocument>
-#include <QJsonObject>
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QThreadPool>
@@ -75,17 +73,13 @@ void DocumentPackageUpdate::processResponse(const QByteArray &response)
     }));
 }
 
-// What is hashed and kept are the rows, written anew: counts and offsets of the answer can change without a
-// change of any document.
 DocumentPackageUpdate::Result DocumentPackageUpdate::normalise(const QByteArray &response,
                                                                const ts::util::WorkingDir &directory)
 {
     QJsonParseError parseError;
-    const QJsonDocument document = QJsonDocument::fromJson(response, &parseError);
+    const QByteArray bytes = normalisedRows(response, &parseError);
     if (parseError.error != QJsonParseError::NoError)
         return {ParseError, parseError.errorString(), QString(), QByteArray()};
-    const QJsonArray rows = document.object().value(QLatin1String("rows")).toArray();
-    const QByteArray bytes = QJsonDocument(rows).toJson();
     const QString path = directory.filePath(randomName());
     const QByteArray hash = QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex();
     QFile file(path);

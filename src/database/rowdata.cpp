@@ -36,4 +36,12 @@ QJsonArray readRowData(const QString &path)
     return document.isArray() ? document.array() : document.object().value(QLatin1String("rows")).toArray();
 }
 
+QByteArray normalisedRows(const QByteArray &response, QJsonParseError *error)
+{
+    const QJsonDocument document = QJsonDocument::fromJson(response, error);
+    if (error->error != QJsonParseError::NoError)
+        return QByteArray();
+    return QJsonDocument(document.object().value(QLatin1String("rows")).toArray()).toJson();
+}
+
 } // namespace ts::pm

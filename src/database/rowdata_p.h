@@ -6,6 +6,7 @@
 #include <QJsonDocument>
 
 class QJsonArray;
+struct QJsonParseError;
 
 namespace ts::pm {
 
@@ -21,5 +22,12 @@ QJsonDocument readDataFile(LogCategory category, const QString &path);
 
 /** The rows of a data file of documents: the array that it is, or the member "rows" of its object. */
 TAMSEL_TEST_EXPORT QJsonArray readRowData(const QString &path);
+
+/**
+ * The rows of an answer of a view as they are kept and hashed: the array alone, written anew, since counts
+ * and offsets beside it can change without a change of any document. Null, with \a error set, if the answer
+ * is no JSON. Any thread.
+ */
+TAMSEL_TEST_EXPORT QByteArray normalisedRows(const QByteArray &response, QJsonParseError *error);
 
 } // namespace ts::pm
