@@ -7,6 +7,8 @@
 #include "index/packageindex.h"
 #include "index/packagenode.h"
 #include "presentation/packagereference.h"
+#include "repository/localpackagesource.h"
+#include "support/directorycatalogue.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
 #include "support/testprovider.h"
@@ -84,23 +86,6 @@ private:
     QString port = "0"_s;
 };
 
-QJsonObject view(const QString &name, const char *map)
-{
-    return {{"views"_s, QJsonObject{{name, QJsonObject{{"map"_s, QString::fromLatin1(map)}}}}}};
-}
-
-QJsonObject package(const QString &title, const QMap<QString, QByteArray> &files)
-{
-    QJsonObject attachments;
-    for (auto file = files.begin(); file != files.end(); ++file) {
-        attachments.insert(file.key(), QJsonObject{{"content_type"_s, "text/plain"_s},
-                                                   {"data"_s, QString::fromLatin1(file.value().toBase64())}});
-    }
-    return {{"packageType"_s, "hike"_s},
-            {"manifest"_s, QJsonObject{{"title"_s, title}}},
-            {"_attachments"_s, attachments}};
-}
-
 /** A data context that has the packages of \a provider. */
 class PackageContext : public ts::data::Context, public IPackageProvider
 {
@@ -135,27 +120,25 @@ class tst_CouchDB : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init()
-    {
-        QVERIFY(server.start());
-        QVERIFY(fill());
-    }
+    void init() { QVERIFY(server.start()); }
     void cleanup() { server.stop(); }
 
     void followsTheDatabase();
     void readsDocuments();
+    void offersTheSampleCatalogue();
 
 private:
-    bool fill()
+    // Brings the catalogue into the database with the publisher's command, and with it the views.
+    bool publish(const QString &directory)
     {
-        return !server.ask("PUT", QString()).isEmpty()
-               && server.put("_design/tamsel"_s,
-                             view("packages"_s, "function (doc) { emit([doc._id.split(':')[0]], doc); }"))
-               && server.put("_design/melvoro"_s,
-                             view("by_type"_s, "function (doc) { emit([doc.type, doc._id], null); }"))
-               && server.put("package:trail"_s, package("old"_s, files))
-               && server.put("package:empty"_s, package("x"_s, {}))
-               && server.put("package:deep"_s, package("x"_s, {{"a b/c?"_s, "deep"}}));
+        server.ask("PUT", QString()); // fails if the database is there
+        const QStringList arguments{"couchdb"_s, "--prune"_s, "--url"_s, server.url("/db"_s).toString(),
+                                    directory};
+        QProcess command;
+        command.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        command.start(QStringLiteral(TAMSEL_LEDGER), arguments);
+        return command.waitForFinished() && command.exitStatus() == QProcess::NormalExit
+               && command.exitCode() == 0;
     }
 
     Server server;
@@ -169,6 +152,17 @@ private:
 
 void tst_CouchDB::followsTheDatabase()
 {
+    DirectoryCatalogue catalogue;
+    catalogue.writePackage("hike"_s, "empty"_s);
+    catalogue.writePackage("hike"_s, "trail"_s, {{"title"_s, "old"_s}});
+    for (auto content = files.begin(); content != files.end(); ++content)
+        catalogue.writeFile("packages/hike/trail/"_s + content.key(), content.value());
+    // Names of attachments can have slashes, those of files cannot.
+    const QJsonObject attachment{{"content_type"_s, "application/octet-stream"_s}, {"data"_s, "ZGVlcA=="_s}};
+    const QJsonObject deep{{"packageType"_s, "hike"_s},
+                           {"_attachments"_s, QJsonObject{{"a b/c?"_s, attachment}}}};
+    QVERIFY(publish(catalogue.path()) && server.put("package:deep"_s, deep));
+
     PackageContext context(server.url(), "db"_s);
     auto source = std::make_unique<CouchDBPackageSource>(server.url("/db"_s), &server.manager);
     context.packageRepository()->addSource(source.get());
@@ -185,15 +179,16 @@ void tst_CouchDB::followsTheDatabase()
     QTRY_COMPARE(context.packageReference("empty"_s)->status(), PackageReference::Installed);
     {
         const LogCapture log("tamsel.packages"_s);
-        const PackageReference *deep = context.packageReference("deep"_s);
-        QTRY_COMPARE(deep->status(),
+        const PackageReference *nested = context.packageReference("deep"_s);
+        QTRY_COMPARE(nested->status(),
                      PackageReference::Incomplete); // there are no directories to install into
-        const QUrl url = deep->fileUrl("a b/c?"_s);
+        const QUrl url = nested->fileUrl("a b/c?"_s);
         QCOMPARE(server.ask("GET", url.path(QUrl::FullyEncoded).mid(3)), QByteArray("deep"));
     }
 
-    QVERIFY(server.put("package:trail"_s, package("new"_s, {{"plain.txt"_s, "wren"}})));
-    QVERIFY(server.remove("package:deep"_s));
+    catalogue.writePackage("hike"_s, "trail"_s, {{"title"_s, "new"_s}});
+    catalogue.writeFile("packages/hike/trail/plain.txt"_s, "wren");
+    QVERIFY(publish(catalogue.path())); // takes away what the catalogue does not have
     source->update();
     QTRY_COMPARE(context.ids(), "empty trail"_s);
     QTRY_COMPARE(trail->manifestField("title"_s), QJsonValue("new"_s));
@@ -214,7 +209,7 @@ void tst_CouchDB::followsTheDatabase()
     PackageContext restarted(server.url(), "db"_s);
     restarted.packageRepository()->addSource(source.get());
     QTRY_COMPARE(restarted.ids(), "empty trail"_s);
-    QVERIFY(server.start() && fill());
+    QVERIFY(server.start() && publish(catalogue.path()) && server.put("package:deep"_s, deep));
     source->update();
     QTRY_COMPARE(restarted.ids(), "deep empty trail"_s);
     QVERIFY(!server.ask("DELETE", QString()).isEmpty());
@@ -226,6 +221,9 @@ void tst_CouchDB::followsTheDatabase()
 
 void tst_CouchDB::readsDocuments()
 {
+    DirectoryCatalogue catalogue;
+    catalogue.writePackage("bird"_s, "raven"_s);
+    QVERIFY(publish(catalogue.path()));
     for (const char *id : {"wren", "owl"})
         QVERIFY(server.put(QString::fromLatin1(id), {{"type"_s, "bird"_s}, {"name"_s, "old"_s}}));
     QVERIFY(server.put("alder"_s, {{"type"_s, "bird2"_s}}) && server.put("elm"_s, {{"type"_s, "bir"_s}}));
@@ -244,6 +242,23 @@ void tst_CouchDB::readsDocuments()
     QTRY_COMPARE(owl->getStructValue(QString(), "name"_s), QJsonValue("new"_s));
     QCOMPARE(context.ids(), "owl"_s);
     context.packageRepository()->removeSource(&source);
+}
+
+void tst_CouchDB::offersTheSampleCatalogue()
+{
+    const QString directory = QStringLiteral(SAMPLE_CATALOGUE);
+    if (directory.isEmpty())
+        QSKIP("built without the examples, and so without a sample catalogue");
+    QVERIFY(publish(directory));
+    PackageContext context(server.url(), "db"_s);
+    CouchDBPackageSource source(server.url("/db"_s), &server.manager);
+    context.packageRepository()->addSource(&source);
+    source.update();
+    PackageContext local{QUrl(), QString()};
+    LocalPackageSource localSource(directory);
+    local.packageRepository()->addSource(&localSource);
+    QVERIFY(local.rebuild() && local.ids().size() > 1000);
+    QTRY_COMPARE(context.ids(), local.ids());
 }
 
 QTEST_GUILESS_MAIN(tst_CouchDB)
