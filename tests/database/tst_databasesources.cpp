@@ -66,7 +66,7 @@ struct Stage
     {
         const QSignalSpy updates(source.get(), &PackageSource::updateRequired);
         source->update();
-        return QTest::qWaitFor([this] { return isIdle(); }) ? updates.count() : -1;
+        return QTest::qWaitFor([this] { return isIdle(); }, 60000) ? updates.count() : -1;
     }
     bool isIdle() const
     {

@@ -26,6 +26,8 @@ using namespace ts::pm::test;
 
 namespace {
 
+constexpr int patience = 60000; // milliseconds; the server and the publisher's command are slow to start
+
 /** The server, empty at its start, and with a database "db" that the test writes to. */
 class Server
 {
@@ -36,7 +38,7 @@ public:
     {
         process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         process.start(QStringLiteral(NODE), {QStringLiteral(SERVER), port});
-        while (process.waitForReadyRead()) {
+        while (process.waitForReadyRead(patience)) {
             if (process.canReadLine()) {
                 port = QString::fromLatin1(process.readLine().trimmed());
                 return !port.isEmpty();
@@ -61,7 +63,8 @@ public:
         const std::unique_ptr<QNetworkReply> reply(
             manager.sendCustomRequest(request, method, QJsonDocument(json).toJson()));
         QSignalSpy finished(reply.get(), &QNetworkReply::finished);
-        return finished.wait() && reply->error() == QNetworkReply::NoError ? reply->readAll() : QByteArray();
+        return finished.wait(patience) && reply->error() == QNetworkReply::NoError ? reply->readAll()
+                                                                                   : QByteArray();
     }
 
     /** Writes the document \a id with the given members, on top of the revision that is there. */
@@ -137,7 +140,7 @@ private:
         QProcess command;
         command.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         command.start(QStringLiteral(TAMSEL_LEDGER), arguments);
-        return command.waitForFinished() && command.exitStatus() == QProcess::NormalExit
+        return command.waitForFinished(patience) && command.exitStatus() == QProcess::NormalExit
                && command.exitCode() == 0;
     }
 
@@ -167,16 +170,17 @@ void tst_CouchDB::followsTheDatabase()
     auto source = std::make_unique<CouchDBPackageSource>(server.url("/db"_s), &server.manager);
     context.packageRepository()->addSource(source.get());
     source->update();
-    QTRY_COMPARE(context.ids(), "deep empty trail"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(context.ids(), "deep empty trail"_s, patience);
 
     const PackageReference *trail = context.packageReference("trail"_s);
-    QTRY_COMPARE(trail->status(), PackageReference::Installed);
+    QTRY_COMPARE_WITH_TIMEOUT(trail->status(), PackageReference::Installed, patience);
     for (auto content = files.begin(); content != files.end(); ++content) {
         QFile file(trail->installLocation().pathToFile(content.key()));
         QVERIFY2(file.open(QIODevice::ReadOnly) && file.readAll() == content.value(),
                  qPrintable(content.key()));
     }
-    QTRY_COMPARE(context.packageReference("empty"_s)->status(), PackageReference::Installed);
+    QTRY_COMPARE_WITH_TIMEOUT(context.packageReference("empty"_s)->status(), PackageReference::Installed,
+                              patience);
     {
         const LogCapture log("tamsel.packages"_s);
         const PackageReference *nested = context.packageReference("deep"_s);
@@ -190,8 +194,8 @@ void tst_CouchDB::followsTheDatabase()
     catalogue.writeFile("packages/hike/trail/plain.txt"_s, "wren");
     QVERIFY(publish(catalogue.path())); // takes away what the catalogue does not have
     source->update();
-    QTRY_COMPARE(context.ids(), "empty trail"_s);
-    QTRY_COMPARE(trail->manifestField("title"_s), QJsonValue("new"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(context.ids(), "empty trail"_s, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(trail->manifestField("title"_s), QJsonValue("new"_s), patience);
     QFile file(trail->installLocation().pathToFile("plain.txt"_s));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("wren"));
@@ -202,19 +206,19 @@ void tst_CouchDB::followsTheDatabase()
     const LogCapture log("tamsel.package.couchdb"_s);
     const auto lines = [&log] { return log.lines().filter("critical"_s).size(); };
     source->update();
-    QTRY_COMPARE(lines(), 1);
+    QTRY_COMPARE_WITH_TIMEOUT(lines(), 1, patience);
     source->persist();
     context.packageRepository()->removeSource(source.get());
     source = std::make_unique<CouchDBPackageSource>(server.url("/db"_s), &server.manager);
     PackageContext restarted(server.url(), "db"_s);
     restarted.packageRepository()->addSource(source.get());
-    QTRY_COMPARE(restarted.ids(), "empty trail"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(restarted.ids(), "empty trail"_s, patience);
     QVERIFY(server.start() && publish(catalogue.path()) && server.put("package:deep"_s, deep));
     source->update();
-    QTRY_COMPARE(restarted.ids(), "deep empty trail"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(restarted.ids(), "deep empty trail"_s, patience);
     QVERIFY(!server.ask("DELETE", QString()).isEmpty());
     source->update();
-    QTRY_VERIFY(source->children().isEmpty());
+    QTRY_VERIFY_WITH_TIMEOUT(source->children().isEmpty(), patience);
     QVERIFY(restarted.rebuild());
     QCOMPARE(restarted.ids(), "deep empty trail"_s);
 }
@@ -232,14 +236,14 @@ void tst_CouchDB::readsDocuments()
     new DocumentPackageLoader("o"_s, &context);
     context.packageRepository()->addSource(&source);
     source.update();
-    QTRY_COMPARE(context.ids(), "owl wren"_s);
+    QTRY_COMPARE_WITH_TIMEOUT(context.ids(), "owl wren"_s, patience);
     QCOMPARE(context.packageReference("wren"_s)->type(), "compat:bird"_s);
 
     const ts::data::LinkedDocument *owl = context.openDocument("owl"_s);
     QCOMPARE(owl->getStructValue(QString(), "name"_s), QJsonValue("old"_s));
     QVERIFY(server.put("owl"_s, {{"type"_s, "bird"_s}, {"name"_s, "new"_s}}) && server.remove("wren"_s));
     source.update();
-    QTRY_COMPARE(owl->getStructValue(QString(), "name"_s), QJsonValue("new"_s));
+    QTRY_COMPARE_WITH_TIMEOUT(owl->getStructValue(QString(), "name"_s), QJsonValue("new"_s), patience);
     QCOMPARE(context.ids(), "owl"_s);
     context.packageRepository()->removeSource(&source);
 }
@@ -258,7 +262,7 @@ void tst_CouchDB::offersTheSampleCatalogue()
     LocalPackageSource localSource(directory);
     local.packageRepository()->addSource(&localSource);
     QVERIFY(local.rebuild() && local.ids().size() > 1000);
-    QTRY_COMPARE(context.ids(), local.ids());
+    QTRY_COMPARE_WITH_TIMEOUT(context.ids(), local.ids(), patience);
 }
 
 QTEST_GUILESS_MAIN(tst_CouchDB)
