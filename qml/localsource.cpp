@@ -42,7 +42,7 @@ void LocalSource::checkAvailability()
     Q_EMIT existsChanged();
 }
 
-std::unique_ptr<PackageSource> LocalSource::createSource() const
+std::unique_ptr<PackageSource> LocalSource::createSource()
 {
     if (directoryPath.isEmpty())
         return nullptr;

@@ -40,7 +40,7 @@ Q_SIGNALS:
     void existsChanged();
 
 protected:
-    std::unique_ptr<PackageSource> createSource() const override;
+    std::unique_ptr<PackageSource> createSource() override;
 
 private:
     QString directoryPath;

@@ -38,7 +38,7 @@ protected:
     explicit PackageSourceElement(QObject *parent = nullptr);
 
     /** A new source for the present properties, or null if they do not make one. */
-    virtual std::unique_ptr<PackageSource> createSource() const = 0;
+    virtual std::unique_ptr<PackageSource> createSource() = 0;
 
     /** To be called when a property has changed that createSource() reads. */
     void replaceSource();

@@ -2,6 +2,7 @@
 
 #include "localsource.h"
 #include "packageprovider.h"
+#include "packageserversource.h"
 #include "packagesourceelement.h"
 #include "promptlayout.h"
 
@@ -97,6 +98,7 @@ void registerSources(const char *uri)
     registerAbstract<ts::pm::PackageSourceElement>(
         uri, "PackageSourceElement", QStringLiteral("PackageSourceElement is the base of source elements"));
     registerType<ts::pm::LocalSource>(uri, "LocalSource");
+    registerType<ts::pm::PackageServerSource>(uri, "PackageServerSource");
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "support/directorycatalogue.h"
+#include "support/httpserver.h"
 #include "support/literals.h"
 #include "support/table.h"
 
@@ -59,6 +60,7 @@ private Q_SLOTS:
     void types();
     void listFollowsThePath();
     void sourcesComeAndGoInAnyOrder();
+    void serverTellsItsState();
     void dataOfAReference();
     void textsAreTranslatedAnew();
     void promptLayout();
@@ -71,6 +73,7 @@ void tst_QmlModule::types()
         yes | ManifestField ManifestBooleanField ManifestFileField ManifestSizeField ManifestStringField HasKeyword
               HasManifestField MatchesKeywordSearch PackageMatcherGroup SortByIntegerField SortByStringField
               CategoryListModel KeywordSuggestionModel PackageListModel Keyword PackageData PackageProvider LocalSource
+              PackageServerSource
         no  | PackageMatcher PackageSorter SortByField PackageReference PackageSourceElement PromptLayout)")) {
         QQmlEngine engine;
         for (const QString &type : row[1].split(" "_s)) {
@@ -138,6 +141,31 @@ void tst_QmlModule::sourcesComeAndGoInAnyOrder()
     delete scene.run("provider"_s).value<QObject *>();
     scene.run("second.path = '', other.sources.push(second), second.path = '%1'"_s.arg(scene.fern.path()));
     QTRY_COMPARE(scene.run("other.packageCount"_s).toInt(), 1);
+}
+
+void tst_QmlModule::serverTellsItsState()
+{
+    ScriptedServer http;
+    Scene scene(R"(
+        property var log: []
+        PackageServerSource { id: remote; token: "secret"; onStatusChanged: log.push(status) }
+        function use(url) { remote.url = url; provider.sources.push(remote) })");
+    http.setAnswer("/api/v1/ledger", HttpAnswer::with(401));
+    scene.run("use('%1')"_s.arg(http.url().toString()));
+    QTRY_COMPARE(scene.run("log.join()"_s).toString(), "1,4"_s); // connecting, unreachable
+    QCOMPARE(http.requests().last().headers.value("authorization"), QByteArray("Bearer secret"));
+    http.setAnswer("/api/v1/ledger", HttpAnswer::with(200, "no ledger"));
+    scene.run("remote.token = ''; remote.user = 'me'; remote.password = 'x'; provider.refresh()"_s);
+    QTRY_COMPARE(scene.run("log.join()"_s).toString(), "1,4,5"_s); // untrusted
+    QCOMPARE(http.requests().last().headers.value("authorization"), "Basic " + QByteArray("me:x").toBase64());
+    http.setAnswer("/other/api/v1/ledger", HttpAnswer::with(304));
+    scene.run("remote.url += 'other/'"_s);
+    QTRY_COMPARE(scene.run("log.join()"_s).toString(), "1,4,5,1,2"_s); // ready
+    scene.run("remote.url = 'file:///other'"_s);
+    QTRY_COMPARE(scene.run("log.join()"_s).toString(), "1,4,5,1,2,1,3"_s); // invalid
+    scene.run("remote.url = ''"_s);
+    QCOMPARE(scene.run("log.join()"_s).toString(), "1,4,5,1,2,1,3,0"_s);
+    QCOMPARE(http.requests().size(), 3);
 }
 
 void tst_QmlModule::dataOfAReference()
