@@ -5,6 +5,7 @@
 #include "packageserversource.h"
 #include "packagesourceelement.h"
 #include "promptlayout.h"
+#include "sequentialrequests.h"
 
 #include <TamselPackageManager/CategoryListModel>
 #include <TamselPackageManager/HasKeyword>
@@ -27,6 +28,7 @@
 #include <TamselPackageManager/SortByIntegerField>
 #include <TamselPackageManager/SortByStringField>
 
+#include <QQmlEngine>
 #include <qqml.h>
 
 namespace {
@@ -111,4 +113,12 @@ void TamselPackageManagerPlugin::registerTypes(const char *uri)
     registerModels(uri);
     registerPackages(uri);
     registerSources(uri);
+}
+
+// Engines do not own their factories.
+void TamselPackageManagerPlugin::initializeEngine(QQmlEngine *engine, const char *)
+{
+    static ts::pm::SequentialRequests factory;
+    if (!engine->networkAccessManagerFactory())
+        engine->setNetworkAccessManagerFactory(&factory);
 }

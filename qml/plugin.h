@@ -16,4 +16,8 @@ class TamselPackageManagerPlugin : public QQmlExtensionPlugin
 
 public:
     void registerTypes(const char *uri) override;
+
+    /** Lets the engine fetch files that are not local yet, unless the application has its own way to fetch.
+     */
+    void initializeEngine(QQmlEngine *engine, const char *uri) override;
 };

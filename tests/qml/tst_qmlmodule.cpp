@@ -1,14 +1,19 @@
+#include "storage/fileproxyserver.h"
+#include "storage/ifileproxy.h"
 #include "support/directorycatalogue.h"
 #include "support/httpserver.h"
 #include "support/literals.h"
 #include "support/table.h"
 
+#include <QImage>
 #include <QQmlComponent>
 #include <QQmlContext>
 #include <QQmlEngine>
 #include <QQmlExpression>
+#include <QTimer>
 #include <QtTest>
 
+using namespace ts::pm;
 using namespace ts::pm::test;
 
 namespace {
@@ -61,6 +66,7 @@ private Q_SLOTS:
     void listFollowsThePath();
     void sourcesComeAndGoInAnyOrder();
     void serverTellsItsState();
+    void picturesComeFromTheLoopback();
     void dataOfAReference();
     void textsAreTranslatedAnew();
     void promptLayout();
@@ -166,6 +172,31 @@ void tst_QmlModule::serverTellsItsState()
     scene.run("remote.url = ''"_s);
     QCOMPARE(scene.run("log.join()"_s).toString(), "1,4,5,1,2,1,3,0"_s);
     QCOMPARE(http.requests().size(), 3);
+}
+
+void tst_QmlModule::picturesComeFromTheLoopback()
+{
+    struct LateFiles : IFileProxy
+    {
+        // Not before the client has had the time to ask for more over the same connection.
+        void requestFile(const QUrl &url) override
+        {
+            QTimer::singleShot(1, [this, url] { server.resolveFile(key, url, 200, picture); });
+        }
+
+        FileProxyServer server;
+        const QString key = server.install(this);
+        QString picture;
+    } files;
+    const DirectoryCatalogue place;
+    files.picture = place.path() + "/picture.png"_s;
+    QVERIFY(QImage(1, 1, QImage::Format_RGB32).save(files.picture));
+    Scene scene(R"(
+        property string base
+        Repeater { id: pictures; model: base ? 40 : 0; Image { asynchronous: true; source: base + index } }
+        function ready() { return Array.from({ length: 40 }, (_, i) => pictures.itemAt(i).status).join("") })");
+    scene.run("base = '%1'"_s.arg(files.server.fileUrl(files.key, QUrl("picture"_s)).toString()));
+    QTRY_COMPARE(scene.run("ready()"_s).toString(), QString(40, QLatin1Char('1')));
 }
 
 void tst_QmlModule::dataOfAReference()
