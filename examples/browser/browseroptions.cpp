@@ -16,21 +16,41 @@ constexpr QLatin1String directoryOption = latin1("directory");
 constexpr QLatin1String helpOption = latin1("help");
 constexpr QLatin1String languageOption = latin1("language");
 constexpr QLatin1String listOption = latin1("list");
+constexpr QLatin1String passwordOption = latin1("password");
 constexpr QLatin1String screenshotOption = latin1("screenshot");
+constexpr QLatin1String serverOption = latin1("server");
 constexpr QLatin1String sizeOption = latin1("size");
 constexpr QLatin1String themeOption = latin1("theme");
+constexpr QLatin1String tokenOption = latin1("token");
+constexpr QLatin1String userOption = latin1("user");
 constexpr QLatin1String variantOption = latin1("screenshot-variant");
 constexpr QLatin1String versionOption = latin1("version");
+
+void addServerOptions(QCommandLineParser &parser)
+{
+    parser.addOption({serverOption,
+                      QStringLiteral("Show the packages of the package server at URL. May be given several "
+                                     "times; the credentials below then go to the servers in that order."),
+                      QStringLiteral("URL")});
+    parser.addOption(
+        {tokenOption, QStringLiteral("Show the server this bearer token."), QStringLiteral("TOKEN")});
+    parser.addOption({userOption, QStringLiteral("Log in to the server as NAME."), QStringLiteral("NAME")});
+    parser.addOption({passwordOption,
+                      QStringLiteral("Log in with that password; otherwise with the one in the environment "
+                                     "variable TAMSEL_PASSWORD, which other users cannot read."),
+                      QStringLiteral("PASSWORD")});
+}
 
 void addOptions(QCommandLineParser &parser)
 {
     parser.setApplicationDescription(QStringLiteral("Browses catalogues of content packages."));
     parser.addOption({{QStringLiteral("h"), helpOption}, QStringLiteral("Print this help and exit.")});
     parser.addOption({{QStringLiteral("v"), versionOption}, QStringLiteral("Print the version and exit.")});
-    parser.addOption({directoryOption,
-                      QStringLiteral("Show the catalogue in PATH. May be given several times; without it the "
-                                     "sample catalogue is shown."),
-                      QStringLiteral("PATH")});
+    parser.addOption(
+        {directoryOption,
+         QStringLiteral("Show the catalogue in PATH. May be given several times; without it, and "
+                        "without --server, the sample catalogue is shown."),
+         QStringLiteral("PATH")});
     parser.addOption(
         {languageOption, QStringLiteral("Use the language CODE, such as de or en."), QStringLiteral("CODE")});
     parser.addOption({listOption, QStringLiteral("Print the catalogue as a table and exit.")});
@@ -43,6 +63,7 @@ void addOptions(QCommandLineParser &parser)
         {sizeOption, QStringLiteral("Open the window with that size."), QStringLiteral("WIDTHxHEIGHT")});
     parser.addOption(
         {themeOption, QStringLiteral("Use the theme NAME: light, dark or system."), QStringLiteral("NAME")});
+    addServerOptions(parser);
     QCommandLineOption variant{variantOption, QString(), QStringLiteral("NAME")};
     variant.setFlags(QCommandLineOption::HiddenFromHelp);
     parser.addOption(variant);
@@ -75,17 +96,48 @@ bool isKnownLanguage(const QString &code)
     return QLocale(code).language() != QLocale::C;
 }
 
+QVector<ServerOption> readServers(const QCommandLineParser &parser)
+{
+    const QStringList urls = parser.values(serverOption);
+    const QStringList tokens = parser.values(tokenOption);
+    const QStringList users = parser.values(userOption);
+    const QStringList passwords = parser.values(passwordOption);
+    const QString usualPassword = qEnvironmentVariable("TAMSEL_PASSWORD");
+    QVector<ServerOption> servers;
+    for (int i = 0; i < urls.size(); ++i)
+        servers.append(
+            {QUrl(urls.at(i)), tokens.value(i), users.value(i), passwords.value(i, usualPassword)});
+    return servers;
+}
+
 BrowserOptions read(const QCommandLineParser &parser)
 {
     BrowserOptions options;
     options.action = chosenAction(parser);
     options.directories = parser.values(directoryOption);
+    options.servers = readServers(parser);
     options.language = parser.value(languageOption);
     options.theme = parser.value(themeOption);
     options.screenshotDirectory = parser.value(screenshotOption);
     options.screenshotVariant = parser.value(variantOption);
     options.windowSize = toSize(parser.value(sizeOption));
     return options;
+}
+
+// Null if there is none.
+QString findServerError(const QCommandLineParser &parser, const BrowserOptions &options)
+{
+    for (const ServerOption &server : options.servers) {
+        const QString scheme = server.url.scheme();
+        if (server.url.host().isEmpty()
+            || (scheme != QLatin1String("http") && scheme != QLatin1String("https")))
+            return QStringLiteral("'%1' is no URL of a server.").arg(server.url.toString());
+    }
+    for (const QLatin1String option : {tokenOption, userOption, passwordOption}) {
+        if (parser.values(option).size() > options.servers.size())
+            return QStringLiteral("There is no --server for this --%1.").arg(option);
+    }
+    return QString();
 }
 
 // Null if there is none.
@@ -103,7 +155,7 @@ QString findError(const QCommandLineParser &parser, const BrowserOptions &option
         return QStringLiteral("Unknown theme '%1'.").arg(options.theme);
     if (parser.isSet(screenshotOption) && options.screenshotDirectory.isEmpty())
         return QStringLiteral("--screenshot needs a directory.");
-    return QString();
+    return findServerError(parser, options);
 }
 
 } // namespace

@@ -3,8 +3,19 @@
 #include <QSize>
 #include <QString>
 #include <QStringList>
+#include <QUrl>
+#include <QVector>
 
 namespace browser {
+
+/** A package server, and how to be let in there. */
+struct ServerOption
+{
+    QUrl url;
+    QString token; ///< goes before user and password; empty for none
+    QString user;  ///< empty for none
+    QString password;
+};
 
 /** What the command line asks for. */
 struct BrowserOptions
@@ -18,9 +29,10 @@ struct BrowserOptions
     };
 
     Action action = Action::Browse;
-    QStringList directories; ///< catalogues; empty for the sample catalogue
-    QString language;        ///< name of a locale; empty for that of the system
-    QString theme;           ///< "light", "dark" or "system"; empty for the user's last choice
+    QStringList directories;       ///< catalogues; without any, and without servers, the sample catalogue
+    QVector<ServerOption> servers; ///< package servers
+    QString language;              ///< name of a locale; empty for that of the system
+    QString theme;                 ///< "light", "dark" or "system"; empty for the user's last choice
     QString screenshotDirectory;
     QString screenshotVariant; ///< set by the program itself: the pictures that this process is to write
     QSize windowSize;          ///< empty for the usual size

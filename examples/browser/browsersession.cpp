@@ -26,6 +26,18 @@ QString firstTheme(const BrowserOptions &options, bool forPictures)
     return forPictures ? QStringLiteral("light") : rememberedTheme();
 }
 
+QVariantList serversOf(const BrowserOptions &options)
+{
+    QVariantList servers;
+    for (const ServerOption &server : options.servers) {
+        servers.append(QVariantMap{{QStringLiteral("url"), server.url},
+                                   {QStringLiteral("token"), server.token},
+                                   {QStringLiteral("user"), server.user},
+                                   {QStringLiteral("password"), server.password}});
+    }
+    return servers;
+}
+
 } // namespace
 
 BrowserSession::BrowserSession(const BrowserOptions &options, QObject *parent)
@@ -33,6 +45,7 @@ BrowserSession::BrowserSession(const BrowserOptions &options, QObject *parent)
     , forPictures(options.action == BrowserOptions::Action::Screenshot)
     , firstSize(options.windowSize.isEmpty() ? QSize(1120, 760) : options.windowSize)
     , shownDirectories(cataloguesFor(options))
+    , shownServers(serversOf(options))
     , chosenTheme(firstTheme(options, forPictures))
 {
 }
@@ -43,6 +56,14 @@ void BrowserSession::setDirectories(const QStringList &directories)
         return;
     shownDirectories = directories;
     Q_EMIT directoriesChanged();
+}
+
+void BrowserSession::setServers(const QVariantList &servers)
+{
+    if (shownServers == servers)
+        return;
+    shownServers = servers;
+    Q_EMIT serversChanged();
 }
 
 void BrowserSession::setTheme(const QString &theme)

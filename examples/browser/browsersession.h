@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QSize>
 #include <QStringList>
+#include <QVariantList>
 
 namespace browser {
 
@@ -21,6 +22,8 @@ class BrowserSession : public QObject
     Q_OBJECT
     /** The directories of the catalogues shown. */
     Q_PROPERTY(QStringList directories READ directories WRITE setDirectories NOTIFY directoriesChanged)
+    /** The package servers shown, each with url, token, user and password. */
+    Q_PROPERTY(QVariantList servers READ servers WRITE setServers NOTIFY serversChanged)
     /** "light", "dark" or "system". Remembered, unless the session is one for pictures. */
     Q_PROPERTY(QString theme READ theme WRITE setTheme NOTIFY themeChanged)
     /** Size of the window at first. */
@@ -34,6 +37,9 @@ public:
     QStringList directories() const { return shownDirectories; }
     void setDirectories(const QStringList &directories);
 
+    QVariantList servers() const { return shownServers; }
+    void setServers(const QVariantList &servers);
+
     QString theme() const { return chosenTheme; }
     void setTheme(const QString &theme);
 
@@ -42,12 +48,14 @@ public:
 
 Q_SIGNALS:
     void directoriesChanged();
+    void serversChanged();
     void themeChanged();
 
 private:
     const bool forPictures;
     const QSize firstSize;
     QStringList shownDirectories;
+    QVariantList shownServers;
     QString chosenTheme;
 };
 

@@ -1,10 +1,14 @@
 #include "cataloguelisting.h"
 
+#include "browseroptions.h"
+#include "browserpaths.h"
 #include "translationstate.h"
 
+#include <TamselAccount/Service>
 #include <TamselPackageManager/KeywordNode>
 #include <TamselPackageManager/LocalPackageSource>
 #include <TamselPackageManager/PackageNode>
+#include <TamselPackageManager/PackageServer>
 
 #include <QEventLoop>
 #include <QFileInfo>
@@ -18,7 +22,9 @@
 
 namespace browser {
 
+using ts::account::Service;
 using ts::pm::PackageNode;
+using ts::pm::PackageServer;
 
 namespace {
 
@@ -43,6 +49,46 @@ bool allExist(const QStringList &directories)
         exist = false;
     }
     return exist;
+}
+
+std::unique_ptr<Service> serviceFor(const ServerOption &server)
+{
+    auto service = std::make_unique<Service>(server.url);
+    if (!server.token.isEmpty())
+        service->setBearerToken(server.token);
+    else if (!server.user.isEmpty())
+        service->setUserAndPassword(server.user, server.password);
+    return service;
+}
+
+QString troubleWith(PackageServer::PollResult result)
+{
+    switch (result) {
+    case PackageServer::LedgerRejected:
+        return QStringLiteral("The package server '%1' cannot be trusted.");
+    case PackageServer::PollFailed:
+        return QStringLiteral("The package server '%1' cannot be reached.");
+    case PackageServer::LedgerUnchanged:
+    case PackageServer::LedgerUpdated:
+        break;
+    }
+    return QString();
+}
+
+// Returns whether it has given its packages.
+bool waitForAnswer(const PackageServer &server)
+{
+    QEventLoop loop;
+    QString trouble = troubleWith(PackageServer::PollFailed);
+    QObject::connect(&server, &PackageServer::pollFinished, &loop, [&](PackageServer::PollResult result) {
+        trouble = troubleWith(result);
+        loop.quit();
+    });
+    QTimer::singleShot(timeLimit, &loop, &QEventLoop::quit);
+    loop.exec();
+    if (!trouble.isEmpty())
+        printError(trouble.arg(server.service()->baseUrl().toString()));
+    return trouble.isEmpty();
 }
 
 bool waitForTexts(const TranslationState &state)
@@ -107,26 +153,33 @@ void print(const std::vector<Row> &rows)
 
 } // namespace
 
-int listCatalogue(const QStringList &directories)
+int listCatalogue(const BrowserOptions &options)
 {
+    const QStringList directories = cataloguesFor(options);
     if (!allExist(directories))
         return 1;
-    std::vector<std::unique_ptr<ts::pm::LocalPackageSource>> sources;
-    ts::pm::PackageRepository repository(ts::pm::PackageRepository::PersistOnRequest);
-    for (const QString &directory : directories) {
-        sources.push_back(std::make_unique<ts::pm::LocalPackageSource>(directory));
-        repository.addSource(sources.back().get());
+    std::vector<std::unique_ptr<Service>> services;
+    std::vector<std::unique_ptr<ts::pm::PackageSource>> sources;
+    for (const ServerOption &server : options.servers) {
+        services.push_back(serviceFor(server));
+        auto source = std::make_unique<PackageServer>(services.back().get());
+        if (!waitForAnswer(*source))
+            return 1;
+        sources.push_back(std::move(source));
     }
+    for (const QString &directory : directories)
+        sources.push_back(std::make_unique<ts::pm::LocalPackageSource>(directory));
+    ts::pm::PackageRepository repository(ts::pm::PackageRepository::PersistOnRequest);
+    for (const auto &source : sources)
+        repository.addSource(source.get());
     TranslationState state;
     state.setRepository(&repository);
-    const bool complete = waitForTexts(state);
-    if (complete)
-        print(rowsOf(ts::pm::PackageIndex::selectPackages(repository.packageIndex(), QString(), {}, {})));
-    else
+    if (!waitForTexts(state)) {
         printError(QStringLiteral("The catalogue could not be read in time."));
-    for (const auto &source : sources)
-        repository.removeSource(source.get());
-    return complete ? 0 : 1;
+        return 1;
+    }
+    print(rowsOf(ts::pm::PackageIndex::selectPackages(repository.packageIndex(), QString(), {}, {})));
+    return 0;
 }
 
 } // namespace browser

@@ -1,5 +1,4 @@
 #include "browseroptions.h"
-#include "browserpaths.h"
 #include "browsersession.h"
 #include "browserwindow.h"
 #include "cataloguelisting.h"
@@ -113,7 +112,7 @@ int drawPictures(const BrowserOptions &options)
 int list(const BrowserOptions &options)
 {
     const SeparateData data;
-    return data.isUsable() ? browser::listCatalogue(browser::cataloguesFor(options))
+    return data.isUsable() ? browser::listCatalogue(options)
                            : fail(QStringLiteral("There is no place for temporary files."));
 }
 

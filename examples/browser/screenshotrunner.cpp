@@ -25,6 +25,7 @@
 #include <QTextStream>
 #include <QThreadPool>
 #include <QTimer>
+#include <QUrl>
 
 #include <algorithm>
 #include <chrono>
@@ -117,7 +118,7 @@ bool ScreenshotRunner::run()
     const ScreenshotSubjects subjects = ScreenshotSubjects::find(repository);
     return drawCatalogue(subjects) && drawSuggestions(subjects) && drawCategory(subjects)
            && drawSortedByTitle() && drawDetails(repository, subjects) && drawNarrowViews()
-           && drawNoHits(subjects) && drawDirectoryMessages();
+           && drawNoHits(subjects) && drawMessages();
 }
 
 bool ScreenshotRunner::drawCatalogue(const ScreenshotSubjects &subjects)
@@ -220,16 +221,26 @@ bool ScreenshotRunner::drawNoHits(const ScreenshotSubjects &subjects)
     return drawn;
 }
 
-bool ScreenshotRunner::drawDirectoryMessages()
+bool ScreenshotRunner::drawMessages()
 {
+    session.setServers({QVariantMap{{QStringLiteral("url"), QUrl(QStringLiteral("http://127.0.0.1:1/"))}}});
+    if (!draw(QStringLiteral("server-away"), [this] { return flag("warning") && number("hits") > 0; }))
+        return false;
+    session.setDirectories({});
+    if (!drawMessage(QStringLiteral("only-server-away"), QStringLiteral("unreachable")))
+        return false;
+    session.setServers({});
     const QTemporaryDir empty;
     session.setDirectories({empty.filePath(QStringLiteral("no-such-catalogue"))});
-    if (!draw(QStringLiteral("missing-directory"),
-              [this] { return property("message").toString() == QLatin1String("missing"); }))
+    if (!drawMessage(QStringLiteral("missing-directory"), QStringLiteral("missing")))
         return false;
     session.setDirectories({empty.path()});
-    return draw(QStringLiteral("empty-directory"),
-                [this] { return property("message").toString() == QLatin1String("empty"); });
+    return drawMessage(QStringLiteral("empty-directory"), QStringLiteral("empty"));
+}
+
+bool ScreenshotRunner::drawMessage(const QString &view, const QString &message)
+{
+    return draw(view, [&] { return property("message").toString() == message; });
 }
 
 bool ScreenshotRunner::draw(const QString &view, const Condition &ready)

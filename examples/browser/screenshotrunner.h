@@ -53,7 +53,8 @@ private:
     bool drawDetails(ts::pm::PackageRepository &repository, const ScreenshotSubjects &subjects);
     bool drawNarrowViews();
     bool drawNoHits(const ScreenshotSubjects &subjects);
-    bool drawDirectoryMessages();
+    bool drawMessages();
+    bool drawMessage(const QString &view, const QString &message);
 
     bool draw(const QString &view, const Condition &ready);
     bool drawInTheme(const QString &view, const QString &theme, const Condition &ready);

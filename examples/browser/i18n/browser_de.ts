@@ -132,6 +132,42 @@
             <numerusform>Der Katalog wird aus diesen Verzeichnissen gelesen, doch sie sind nicht vorhanden:</numerusform>
         </translation>
     </message>
+    <message id="browser-unreachable-title" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Ein Paketserver ist nicht erreichbar</numerusform>
+            <numerusform>%Ln Paketserver sind nicht erreichbar</numerusform>
+        </translation>
+    </message>
+    <message id="browser-unreachable-text" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Dieser Server antwortet nicht oder lässt die Anfrage nicht zu. Er wird immer wieder gefragt:</numerusform>
+            <numerusform>Diese Server antworten nicht oder lassen die Anfrage nicht zu. Sie werden immer wieder gefragt:</numerusform>
+        </translation>
+    </message>
+    <message id="browser-untrusted-title" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Einem Paketserver ist nicht zu trauen</numerusform>
+            <numerusform>%Ln Paketservern ist nicht zu trauen</numerusform>
+        </translation>
+    </message>
+    <message id="browser-untrusted-text" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Das Verzeichnis der Pakete dieses Servers ist beschädigt oder nicht richtig unterschrieben:</numerusform>
+            <numerusform>Die Verzeichnisse der Pakete dieser Server sind beschädigt oder nicht richtig unterschrieben:</numerusform>
+        </translation>
+    </message>
+    <message id="browser-connecting-title">
+        <source></source>
+        <translation>Der Paketserver wird gefragt</translation>
+    </message>
+    <message id="browser-connecting-text">
+        <source></source>
+        <translation>Sobald er antwortet, erscheinen hier seine Pakete.</translation>
+    </message>
     <message id="browser-empty-title">
         <source></source>
         <translation>Hier sind keine Pakete</translation>

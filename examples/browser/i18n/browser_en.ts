@@ -132,6 +132,42 @@
             <numerusform>The catalogue is read from these directories, but they do not exist:</numerusform>
         </translation>
     </message>
+    <message id="browser-unreachable-title" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>A package server cannot be reached</numerusform>
+            <numerusform>%Ln package servers cannot be reached</numerusform>
+        </translation>
+    </message>
+    <message id="browser-unreachable-text" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>This server does not answer, or refuses to. It will be asked again:</numerusform>
+            <numerusform>These servers do not answer, or refuse to. They will be asked again:</numerusform>
+        </translation>
+    </message>
+    <message id="browser-untrusted-title" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>A package server cannot be trusted</numerusform>
+            <numerusform>%Ln package servers cannot be trusted</numerusform>
+        </translation>
+    </message>
+    <message id="browser-untrusted-text" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>This server’s list of packages is damaged or not signed as it has to be:</numerusform>
+            <numerusform>The lists of packages of these servers are damaged or not signed as they have to be:</numerusform>
+        </translation>
+    </message>
+    <message id="browser-connecting-title">
+        <source></source>
+        <translation>Asking the package server</translation>
+    </message>
+    <message id="browser-connecting-text">
+        <source></source>
+        <translation>Its packages appear here as soon as it answers.</translation>
+    </message>
     <message id="browser-empty-title">
         <source></source>
         <translation>There are no packages here</translation>

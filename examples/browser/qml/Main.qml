@@ -16,6 +16,7 @@ ApplicationWindow {
     readonly property int packageCount: library.provider.packageCount
     readonly property int hits: library.listing.hits
     readonly property string message: cataloguePage.message
+    readonly property bool warning: cataloguePage.warning
     readonly property bool suggesting: cataloguePage.suggesting
     readonly property bool filtersShown: cataloguePage.filtersShown
     readonly property size largePictureSize: Qt.size(Theme.largePicture * Screen.devicePixelRatio, 0)

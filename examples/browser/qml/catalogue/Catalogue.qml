@@ -19,6 +19,20 @@ QtObject {
         onObjectAdded: catalogue.provider.sources.push(object)
     }
 
+    // By number: a list of objects is another one whenever texts are translated anew, and the servers with it.
+    readonly property Instantiator servers: Instantiator {
+        model: Session.servers.length
+        delegate: PackageServerSource {
+            readonly property var server: Session.servers[index] || {}
+
+            url: server.url || ""
+            token: server.token || ""
+            user: server.user || ""
+            password: server.password || ""
+        }
+        onObjectAdded: catalogue.provider.sources.push(object)
+    }
+
     readonly property TranslationState translations: TranslationState {
         packageProvider: catalogue.provider
         onSettledChanged: catalogue.started = catalogue.started || settled
@@ -56,10 +70,25 @@ QtObject {
     readonly property var missingDirectories: {
         var missing = [];
         for (var i = 0; i < provider.sources.length; ++i) {
-            if (!provider.sources[i].exists)
-                missing.push(provider.sources[i].path);
+            var source = provider.sources[i];
+            if (source instanceof LocalSource && !source.exists)
+                missing.push(source.path);
         }
         return missing;
+    }
+
+    readonly property bool connecting: serversWith(PackageServerSource.Connecting).length > 0
+    readonly property var unreachableServers: serversWith(PackageServerSource.Unreachable)
+    readonly property var untrustedServers: serversWith(PackageServerSource.Untrusted)
+
+    function serversWith(status) {
+        var urls = [];
+        for (var i = 0; i < provider.sources.length; ++i) {
+            var source = provider.sources[i];
+            if (source instanceof PackageServerSource && source.status === status)
+                urls.push(source.url.toString());
+        }
+        return urls;
     }
 
     function lookForChanges() {

@@ -2,26 +2,41 @@ import QtQuick 2.15
 import Tamsel.Browser 1.0
 import "../controls"
 
-// What there is to say instead of packages: a directory is missing, there are no packages, or no hits.
+// What there is to say instead of packages: why there are none, or that there are no hits.
 Message {
     id: message
 
     property Catalogue catalogue
-    readonly property bool missing: catalogue.empty && catalogue.missingDirectories.length > 0
     readonly property string kind: {
         if (!catalogue.started)
             return "";
         if (catalogue.empty)
-            return missing ? "missing" : "empty";
+            return reasonOfEmptiness();
         return catalogue.listing.hits === 0 && !catalogue.listing.busy ? "no-hits" : "";
     }
 
     visible: kind !== ""
-    iconName: kind === "no-hits" ? "search" : "folder"
+    iconName: {
+        switch (kind) {
+        case "no-hits":
+            return "search";
+        case "unreachable":
+        case "untrusted":
+            return "warning";
+        default:
+            return "folder";
+        }
+    }
     title: {
         switch (kind) {
         case "missing":
             return qsTrId("browser-missing-title", catalogue.missingDirectories.length);
+        case "unreachable":
+            return qsTrId("browser-unreachable-title", catalogue.unreachableServers.length);
+        case "untrusted":
+            return qsTrId("browser-untrusted-title", catalogue.untrustedServers.length);
+        case "connecting":
+            return qsTrId("browser-connecting-title");
         case "empty":
             return qsTrId("browser-empty-title");
         default:
@@ -34,6 +49,12 @@ Message {
         switch (kind) {
         case "missing":
             return qsTrId("browser-missing-text", catalogue.missingDirectories.length);
+        case "unreachable":
+            return qsTrId("browser-unreachable-text", catalogue.unreachableServers.length);
+        case "untrusted":
+            return qsTrId("browser-untrusted-text", catalogue.untrustedServers.length);
+        case "connecting":
+            return qsTrId("browser-connecting-text");
         case "empty":
             return qsTrId("browser-empty-text");
         default:
@@ -41,9 +62,18 @@ Message {
         }
     }
     detail: {
-        if (kind === "missing")
+        switch (kind) {
+        case "missing":
             return catalogue.missingDirectories.join("\n");
-        return kind === "empty" ? Session.directories.join("\n") : "";
+        case "unreachable":
+            return catalogue.unreachableServers.join("\n");
+        case "untrusted":
+            return catalogue.untrustedServers.join("\n");
+        case "empty":
+            return Session.directories.concat(Session.servers.map(server => server.url.toString())).join("\n");
+        default:
+            return "";
+        }
     }
     buttonIcon: kind === "no-hits" ? "close" : "refresh"
     buttonText: kind === "no-hits" ? qsTrId("browser-clear-filters") : qsTrId("browser-look-again")
@@ -53,5 +83,15 @@ Message {
             catalogue.listing.clearFilters();
         else
             catalogue.lookForChanges();
+    }
+
+    function reasonOfEmptiness() {
+        if (catalogue.missingDirectories.length > 0)
+            return "missing";
+        if (catalogue.unreachableServers.length > 0)
+            return "unreachable";
+        if (catalogue.untrustedServers.length > 0)
+            return "untrusted";
+        return catalogue.connecting ? "connecting" : "empty";
     }
 }

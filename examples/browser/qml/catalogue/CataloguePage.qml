@@ -11,6 +11,7 @@ FocusScope {
     property Catalogue catalogue
     readonly property bool narrow: width < Theme.narrowWidth
     readonly property alias message: message.kind
+    readonly property alias warning: banner.visible
     readonly property alias suggesting: topBar.suggesting
     readonly property bool filtersShown: filterDrawer.position === 1
 
@@ -40,7 +41,9 @@ FocusScope {
             onGridWanted: grid.forceActiveFocus(Qt.TabFocusReason)
         }
 
-        MissingBanner {
+        SourceBanner {
+            id: banner
+
             Layout.fillWidth: true
             catalogue: page.catalogue
         }
