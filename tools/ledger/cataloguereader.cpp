@@ -236,7 +236,7 @@ void CatalogueReader::digestFiles()
     QtConcurrent::blockingMap(hashings, [&progress](Hashing &hashing) { hashing.run(progress); });
     for (const Hashing &hashing : qAsConst(hashings)) {
         if (!hashing.error.isNull())
-            problems.addError(listing.placeOf(hashing.file->path), hashing.error);
+            problems.errors.append(hashing.error);
     }
 }
 
@@ -246,6 +246,8 @@ void CatalogueReader::sort()
               [](const CataloguePackage &a, const CataloguePackage &b) {
                   return std::tie(a.info.type, a.info.id) < std::tie(b.info.type, b.info.id);
               });
+    std::sort(catalogue.keywords.begin(), catalogue.keywords.end(),
+              [](const CatalogueKeyword &a, const CatalogueKeyword &b) { return a.info.id < b.info.id; });
     std::sort(catalogue.links.begin(), catalogue.links.end(),
               [](const CatalogueLink &a, const CatalogueLink &b) {
                   return std::tie(a.info.from, a.info.to, a.info.type)
