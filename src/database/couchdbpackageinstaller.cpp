@@ -36,7 +36,8 @@ CouchDBPackageInstaller::CouchDBPackageInstaller(const QUrl &baseUrl, QNetworkAc
         if (!addFile(attachment.key(), fileId))
             continue;
         const QUrl url = attachmentUrl(baseUrl, attachment.key());
-        download(number, url, fileId, new ts::GetRequest(QNetworkRequest(url), manager, this));
+        download(number, url.adjusted(QUrl::RemovePassword), fileId, // what it is given goes to the log
+                 new ts::GetRequest(QNetworkRequest(url), manager, this));
     }
     start();
 }

@@ -284,6 +284,23 @@ private Q_SLOTS:
         QCOMPARE(stage.ids(), "b"_s);
     }
 
+    void logsIn()
+    {
+        Stage stage(false);
+        QUrl url = stage.server.url("/db"_s);
+        url.setUserInfo("user:word"_s);
+        stage.server.setHandler([](const HttpRequest &request) {
+            if (request.headers.value("authorization") == "Basic dXNlcjp3b3Jk")
+                return HttpAnswer::with(200, view("a"));
+            return HttpAnswer::with(401, QByteArray(), "WWW-Authenticate: Basic realm=\"db\"\r\n");
+        });
+        stage.source = std::make_unique<CouchDBPackageSource>(url, &stage.manager);
+        QCOMPARE(stage.poll(), 1);
+        stage.answer(HttpAnswer::with(500));
+        QCOMPARE(stage.poll(), 0);
+        QVERIFY(stage.news().contains("code 500"_s) && !stage.log.lines().join("|"_s).contains("word"_s));
+    }
+
     void waitsForTheLock()
     {
         Stage stage(false);
