@@ -1,5 +1,7 @@
 #include "plugin.h"
 
+#include "couchdbsource.h"
+#include "documentsource.h"
 #include "localsource.h"
 #include "packageprovider.h"
 #include "packageserversource.h"
@@ -7,6 +9,7 @@
 #include "promptlayout.h"
 #include "sequentialrequests.h"
 
+#include <TamselDataCore/ReferenceType>
 #include <TamselPackageManager/CategoryListModel>
 #include <TamselPackageManager/HasKeyword>
 #include <TamselPackageManager/HasManifestField>
@@ -23,6 +26,8 @@
 #include <TamselPackageManager/PackageMatcher>
 #include <TamselPackageManager/PackageMatcherGroup>
 #include <TamselPackageManager/PackageReference>
+#include <TamselPackageManager/PackageReferenceField>
+#include <TamselPackageManager/PackageReferenceType>
 #include <TamselPackageManager/PackageSorter>
 #include <TamselPackageManager/SortByField>
 #include <TamselPackageManager/SortByIntegerField>
@@ -92,6 +97,8 @@ void registerPackages(const char *uri)
     registerType<ts::pm::PackageData>(uri, "PackageData");
     registerAbstract<ts::pm::PackageReference>(
         uri, "PackageReference", QStringLiteral("References come from PackageProvider.packageReference()"));
+    registerType<ts::pm::PackageReferenceField>(uri, "PackageReferenceField");
+    ts::data::registerReferenceType<ts::pm::PackageReferenceType>();
 }
 
 void registerSources(const char *uri)
@@ -99,6 +106,8 @@ void registerSources(const char *uri)
     registerType<ts::pm::PackageProvider>(uri, "PackageProvider");
     registerAbstract<ts::pm::PackageSourceElement>(
         uri, "PackageSourceElement", QStringLiteral("PackageSourceElement is the base of source elements"));
+    registerType<ts::pm::CouchDBSource>(uri, "CouchDBSource");
+    registerType<ts::pm::DocumentSource>(uri, "DocumentSource");
     registerType<ts::pm::LocalSource>(uri, "LocalSource");
     registerType<ts::pm::PackageServerSource>(uri, "PackageServerSource");
 }

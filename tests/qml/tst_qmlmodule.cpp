@@ -69,6 +69,7 @@ private Q_SLOTS:
     void picturesComeFromTheLoopback();
     void dataOfAReference();
     void textsAreTranslatedAnew();
+    void databasesAreSources();
     void promptLayout();
 };
 
@@ -79,7 +80,7 @@ void tst_QmlModule::types()
         yes | ManifestField ManifestBooleanField ManifestFileField ManifestSizeField ManifestStringField HasKeyword
               HasManifestField MatchesKeywordSearch PackageMatcherGroup SortByIntegerField SortByStringField
               CategoryListModel KeywordSuggestionModel PackageListModel Keyword PackageData PackageProvider LocalSource
-              PackageServerSource
+              PackageServerSource CouchDBSource DocumentSource PackageReferenceField
         no  | PackageMatcher PackageSorter SortByField PackageReference PackageSourceElement PromptLayout)")) {
         QQmlEngine engine;
         for (const QString &type : row[1].split(" "_s)) {
@@ -172,6 +173,31 @@ void tst_QmlModule::serverTellsItsState()
     scene.run("remote.url = ''"_s);
     QCOMPARE(scene.run("log.join()"_s).toString(), "1,4,5,1,2,1,3,0"_s);
     QCOMPARE(http.requests().size(), 3);
+}
+
+void tst_QmlModule::databasesAreSources()
+{
+    ScriptedServer http;
+    http.setHandler([](const HttpRequest &) {
+        return HttpAnswer::with(200, R"({"rows":[{"key":["package"],"value":{"_id":"package:oak"},)"
+                                     R"("doc":{"_id":"owl","name":"Owl"}}]})");
+    });
+    Scene scene(R"(
+        CouchDBSource { id: catalogue }
+        DocumentSource { id: birds; database: "db"; documentType: "bird" }
+        function use(url) {
+            catalogue.url = url + "db/"; birds.serviceUrl = url
+            provider.sources = [catalogue, birds]; provider.refresh()
+        })");
+    scene.run("use('%1')"_s.arg(http.url().toString()));
+    QTRY_COMPARE(scene.run("provider.packageCount"_s).toInt(), 2);
+    QCOMPARE(scene.run("provider.packageReference('owl').manifestField('name')"_s).toString(), "Owl"_s);
+    for (const HttpRequest &request : http.requests())
+        QVERIFY2(request.path.startsWith("/db/_design/"), request.path.constData());
+    scene.run("birds.documentType = ''"_s);
+    QTRY_COMPARE(scene.run("provider.packageCount"_s).toInt(), 1);
+    delete scene.run("catalogue"_s).value<QObject *>();
+    QTRY_COMPARE(scene.run("provider.packageCount"_s).toInt(), 0);
 }
 
 void tst_QmlModule::picturesComeFromTheLoopback()
