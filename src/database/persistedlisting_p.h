@@ -1,6 +1,7 @@
 #pragma once
 
 #include "database/listingfile_p.h"
+#include "testexport_p.h"
 
 #include <QByteArray>
 #include <QDir>
@@ -18,7 +19,7 @@ using LogCategory = const QLoggingCategory &(*)();
  * Threads: the source's thread. persist() waits for as long as another process holds the lock.
  * Errors: logged in the category of the source.
  */
-class PersistedListing
+class TAMSEL_TEST_EXPORT PersistedListing
 {
 public:
     /**

@@ -8,9 +8,6 @@
 #include <QTcpSocket>
 #include <QTest>
 
-#include <csignal>
-#include <sys/prctl.h>
-
 namespace ts::pm::test {
 
 namespace {
@@ -22,11 +19,6 @@ QString read(const QString &path)
 }
 
 } // namespace
-
-void ChildProcess::setupChildProcess()
-{
-    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
-}
 
 Nginx::Nginx(const QString &directory)
     : directory(directory + QLatin1Char('/'))

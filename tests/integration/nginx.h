@@ -1,17 +1,11 @@
 #pragma once
 
-#include <QProcess>
+#include "childprocess.h"
+
 #include <QStringList>
 #include <QUrl>
 
 namespace ts::pm::test {
-
-/** A child that ends with its parent, also if that one crashes. */
-class ChildProcess : public QProcess
-{
-protected:
-    void setupChildProcess() override;
-};
 
 /** nginx on a free port of the loopback, set up as docs/publishing.md has it. */
 class Nginx
