@@ -121,7 +121,9 @@ bool PackageLedger::persist(const QDir &dir, const QString &name) const
     }
     QDataStream stream(&file);
     stream << etag << data;
-    if (!commitFlushed(file)) {
+    // A write that reaches the end of the disk is only short, and no error of the file: it could be
+    // committed.
+    if (stream.status() != QDataStream::Ok || !commitFlushed(file)) {
         qCCritical(lcLedger) << "Failed to commit target file for ledger pesistence:" << int(file.error())
                              << file.errorString();
         return false;

@@ -1,5 +1,6 @@
 #include "server/packageledger.h"
 
+#include "support/filesizelimit.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
 #include "support/signedledger.h"
@@ -22,10 +23,10 @@ QByteArray array(const QByteArray &bytes)
     return QByteArray(reinterpret_cast<const char *>(&size), 4) + bytes;
 }
 
-QByteArray document()
+QByteArray document(int padding = 0)
 {
     SignedLedger ledger;
-    ledger.addPackage("oak", "tree", R"({"title":"Oak"})");
+    ledger.addPackage("oak", "tree", R"({"title":"Oak"})" + QByteArray(padding, ' '));
     ledger.records.links.append({0, 0x11, 0, 0});
     return ledger.toByteArray();
 }
@@ -150,6 +151,33 @@ private Q_SLOTS:
             "to a directory\""_s,
             noFile, "critical: Failed to create persistence directory forledger persistence of \"id\""_s};
         QCOMPARE(linesOf(log).filter("critical"_s), expected);
+    }
+
+    // The smaller ledger fails when it is flushed. Of the larger one a part can be written, which is no error
+    // yet. Without room there is no lock either.
+    void survivesAFullDisk()
+    {
+        const QDir dir(directory->path());
+        for (const QByteArray &bytes : {document(), document(60000)}) {
+            for (const int size : {0, 300, bytes.size() / 2, bytes.size()}) {
+                QFile::remove(dir.filePath("ledger"_s));
+                QVERIFY(PackageLedger(bytes, "old").persist(dir, "id"_s));
+                const LogCapture log(category);
+                {
+                    const FileSizeLimit limit{rlim_t(size)};
+                    QVERIFY2(!PackageLedger(bytes, "new").persist(dir, "id"_s),
+                             qPrintable("%1 of %2"_s.arg(size).arg(bytes.size())));
+                }
+                const QRegularExpression line(
+                    "^critical: Failed to commit target file for ledger pesistence: [0-9] \"[^\"]+\"$"_s);
+                QCOMPARE(log.lines().filter("critical"_s).size(), 1);
+                QCOMPARE(log.lines().filter(line).size(), 1);
+                QCOMPARE(dir.entryList(QDir::Files | QDir::Hidden), QStringList("ledger"_s));
+                QCOMPARE(PackageLedger(dir).etag, QByteArray("old"));
+                QVERIFY(PackageLedger(bytes, "new").persist(dir, "id"_s));
+                QCOMPARE(PackageLedger(dir).data, bytes);
+            }
+        }
     }
 
     // Two threads and another process on one directory.
