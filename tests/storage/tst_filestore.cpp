@@ -2,6 +2,7 @@
 #include "storage/filestore.h"
 #include "storage/filestoretarget.h"
 
+#include "support/filesizelimit.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
 #include "support/table.h"
@@ -9,9 +10,6 @@
 #include <Tamsel/Locations>
 
 #include <QtTest>
-
-#include <csignal>
-#include <sys/resource.h>
 
 using namespace ts::pm;
 using namespace ts::pm::test;
@@ -36,16 +34,6 @@ int commit(FileStore &store, const QString &id, const QByteArray &content,
     const std::unique_ptr<FileStoreTarget> target(store.getTarget(id, algorithm));
     target->write(content);
     return target->commit();
-}
-
-// A full disk, without one: no file can grow beyond so many bytes.
-void limitFileSize(rlim_t bytes)
-{
-    signal(SIGXFSZ, SIG_IGN);
-    rlimit limit{};
-    getrlimit(RLIMIT_FSIZE, &limit);
-    limit.rlim_cur = qMin(bytes, limit.rlim_max);
-    setrlimit(RLIMIT_FSIZE, &limit);
 }
 
 QStringList filesBeside(const QString &path)
@@ -180,9 +168,10 @@ private Q_SLOTS:
             const bool gone = row[1] == "gone"_s && QDir(shard).removeRecursively();
             {
                 LogCapture log("tamsel.package.filestore"_s);
-                limitFileSize(gone ? RLIM_INFINITY : row[1].toULongLong());
-                const int result = commit(store, id, content);
-                limitFileSize(RLIM_INFINITY);
+                const int result = [&] {
+                    const FileSizeLimit limit(gone ? RLIM_INFINITY : row[1].toULongLong());
+                    return commit(store, id, content);
+                }();
                 const QStringList line = log.lines().join(QLatin1Char('\n')).split(" \"%1\" "_s.arg(id));
                 QCOMPARE(row.with("%1 %2"_s.arg(result).arg(line.first())), row.text());
                 QVERIFY(QRegularExpression("^\"[^\"\n]+\" \\d+$"_s).match(line.last()).hasMatch());
