@@ -5,6 +5,7 @@
 #include "database/documentpackagesource.h"
 #include "repository/packageaccessor.h"
 #include "support/fakeclock.h"
+#include "support/filesizelimit.h"
 #include "support/httpserver.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
@@ -299,6 +300,43 @@ private Q_SLOTS:
         stage.answer(HttpAnswer::with(500));
         QCOMPARE(stage.poll(), 0);
         QVERIFY(stage.news().contains("code 500"_s) && !stage.log.lines().join("|"_s).contains("word"_s));
+    }
+
+    void survivesAFullDisk_data() { addKinds(); }
+    void survivesAFullDisk()
+    {
+        QFETCH(bool, hasDocuments);
+        Stage stage(hasDocuments);
+        const auto files = [&stage] { return stage.directory.entryList(QDir::Files | QDir::Hidden); };
+        stage.answer(HttpAnswer::with(200, view("a")));
+        QCOMPARE(stage.poll(), 1);
+        stage.source->persist();
+        const QStringList before = files();
+        stage.answer(HttpAnswer::with(200, view(QByteArray(2000, 'b'))));
+        for (const rlim_t size : {0, 500, 50000}) {
+            stage.news();
+            {
+                const FileSizeLimit limit(size);
+                QCOMPARE(stage.poll(), 0);
+            }
+            QCOMPARE(stage.ids(), "a"_s);
+            const QString news = stage.news();
+            QVERIFY2(hasDocuments
+                         ? news.startsWith(" | critical: Document package update failed with code  3 : "_s)
+                         : news == " | critical: Failed to load package listing QUrl(/db) with code 200"_s,
+                     qPrintable(news));
+        }
+        QCOMPARE(stage.poll(), 1);
+        stage.news();
+        for (const rlim_t size : {0, 500, 50000}) {
+            const FileSizeLimit limit(size);
+            stage.source->persist();
+            QCOMPARE(stage.news(), " | critical: Failed to persist package list HASH"_s);
+            QCOMPARE(files(), size == 0 ? before : QStringList()); // without a lock nothing is touched
+        }
+        stage.source->persist();
+        stage.start();
+        QCOMPARE(stage.ids(), QString(2000, QLatin1Char('b')));
     }
 
     void waitsForTheLock()
