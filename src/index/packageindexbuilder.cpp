@@ -115,7 +115,10 @@ void PackageIndexBuilder::reserveNodes(int more)
 void PackageIndexBuilder::addNode(PackageIndexNode *node)
 {
     const int number = numbers.insert(node->id(), created.size());
-    if (number == created.size()) {
+    if (number < 0) {
+        qCWarning(lcPackageIndex) << "Too many ids with the hash of" << node->id();
+        delete node;
+    } else if (number == created.size()) {
         created.append(node);
     } else {
         delete created.at(number);

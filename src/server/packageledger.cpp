@@ -88,8 +88,14 @@ bool parseTranslation(LedgerCursor fields, int languageCount, KeywordEntry *keyw
     return complete;
 }
 
+// A table whose keys collide is slow enough to hold up a thread for hours, and nothing is known of who wrote
+// the paths yet. Chance gives two of the 65,535 paths of a package the same hash now and then, never so many.
+constexpr int mostPathsOfOneHash = 64;
+constexpr uint hashSeed = 1; // any; Qt's tables have one, and without one it hashes in another way
+
 bool parseFiles(LedgerCursor fields, int count, PackageEntry *package)
 {
+    QHash<uint, int> pathsOfHash;
     package->files.reserve(fields.plausible(quint32(count), MinimumFileSize));
     for (int i = 0; i < count; ++i) {
         const unsigned char *digest = nullptr;
@@ -97,7 +103,12 @@ bool parseFiles(LedgerCursor fields, int count, PackageEntry *package)
         fields.read(&digest, DigestSize);
         if (!fields.read(&path))
             return false;
-        package->files.insert(QByteArray::fromRawData(path.data, path.length), digest);
+        const QByteArray key = QByteArray::fromRawData(path.data, path.length);
+        const int known = package->files.size();
+        package->files.insert(key, digest);
+        if (count > mostPathsOfOneHash && package->files.size() > known
+            && ++pathsOfHash[qHash(key, hashSeed)] > mostPathsOfOneHash)
+            return false;
     }
     return true;
 }
