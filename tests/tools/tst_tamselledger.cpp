@@ -4,6 +4,7 @@
 #include "ledger/ledgerreader.h"
 #include "ledger/ledgerwriter.h"
 #include "server/packageledger.h"
+#include "support/filesizelimit.h"
 #include "support/literals.h"
 #include "support/signedledger.h"
 #include "support/table.h"
@@ -265,6 +266,28 @@ tree 0 de=/Bäume en=tree/trees en=wood
         for (int size = 0; size < good.size(); ++size)
             QVERIFY2(!ts::ledger::LedgerReader::read(good.left(size), &error),
                      qPrintable(QString::number(size)));
+    }
+
+    // The last sizes let all but the end of a file be written, or of the ledger.
+    void survivesAFullDisk()
+    {
+        Workshop workshop;
+        fill(workshop.catalogue);
+        QCOMPARE(workshop.run("publish SIGNED CATALOGUE www"_s).exitCode, 0);
+        fill(workshop.catalogue, 2);
+        workshop.catalogue.writeFile("packages/top/manifest.json"_s,
+                                     QByteArray("{\"t\":\"%\"}").replace('%', QByteArray(62000, 'x')));
+        for (const rlim_t size : {0, 1000, 59999, 62000}) {
+            const Outcome outcome = [&] {
+                const FileSizeLimit limit(size);
+                return workshop.run("publish SIGNED CATALOGUE www"_s);
+            }();
+            QCOMPARE(outcome.exitCode, 1);
+            QVERIFY(!outcome.errors.isEmpty());
+            QCOMPARE(workshop.faultOfTree(), QString());
+        }
+        QCOMPARE(workshop.run("publish SIGNED CATALOGUE www"_s).exitCode, 0);
+        QCOMPARE(workshop.run("verify --files www"_s).exitCode, 0);
     }
 
     void publishesWhatIsNew()

@@ -28,7 +28,8 @@ QString readAll(const QString &path, const Taker &take)
     return size < 0 ? QStringLiteral("%1: %2").arg(path, file.errorString()) : QString();
 }
 
-// Bytes that a full disk refuses only when buffers are flushed go unnoticed by QSaveFile::commit().
+// Bytes that a full disk refuses only when buffers are flushed go unnoticed by QSaveFile::commit(). So do
+// those that make a write come out short, which only its caller can see.
 QString commit(QSaveFile &file)
 {
     if (file.error() == QFileDevice::NoError && file.flush() && file.commit())
@@ -52,23 +53,27 @@ QString FileCopy::copy(const QString &source, const QString &target, const QByte
     if (!file.open(QIODevice::WriteOnly))
         return QStringLiteral("%1: %2").arg(target, file.errorString());
     QCryptographicHash hash(QCryptographicHash::Sha224);
+    bool isWhole = true;
     const QString error = readAll(source, [&](const char *bytes, qint64 size) {
         hash.addData(bytes, int(size));
         listener(size);
-        return file.write(bytes, size) == size;
+        isWhole = file.write(bytes, size) == size;
+        return isWhole;
     });
     if (!error.isNull())
         return error;
-    if (file.error() == QFileDevice::NoError && hash.result() != digest)
+    if (!isWhole)
+        return QStringLiteral("%1: %2").arg(target, file.errorString());
+    if (hash.result() != digest)
         return QStringLiteral("%1: the file has changed since the ledger was built").arg(source);
     return commit(file);
 }
 
 QString FileCopy::write(const QByteArray &content, const QString &target)
 {
-    const auto fill = [&content](QIODevice &device) {
-        device.write(content);
-        return QString();
+    const auto fill = [&](QIODevice &device) {
+        const bool isWhole = device.write(content) == content.size();
+        return isWhole ? QString() : QStringLiteral("%1: %2").arg(target, device.errorString());
     };
     return write(Filler(fill), target);
 }

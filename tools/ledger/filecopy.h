@@ -27,7 +27,8 @@ public:
      */
     static QString write(const QByteArray &content, const QString &target);
 
-    /** Writes to the device; null, or what went wrong, apart from errors of the device itself. */
+    /** Writes to the device; null, or what went wrong. A write that comes out short is no error of the
+     * device. */
     using Filler = std::function<QString(QIODevice &device)>;
 
     /** As above, for content that need not lie in memory as a whole. */
