@@ -6,6 +6,7 @@
 #include "repository/packagerepository.h"
 #include "server/packageserver.h"
 #include "support/fakeclock.h"
+#include "support/filesizelimit.h"
 #include "support/httpserver.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
@@ -109,12 +110,15 @@ private Q_SLOTS:
     void copesWithFiles_data();
     void copesWithFiles();
     void showsWhatIsNotInstalled();
+    void copesWithFullDisks();
+    void copesWithoutItsDirectory();
 
 private:
     bool publish() const { return workshop.run("publish SIGNED CATALOGUE www"_s).exitCode == 0; }
     QByteArray original(const QString &name) const { return read(workshop.catalogue.path() + "/"_s + name); }
     QString served(const QString &file) const; // path below the URL of the service
     HttpAnswer answer(const HttpRequest &request) const;
+    int errors(const LogCapture &log, const QString &text) const;
 
     QTemporaryDir data;
     Workshop workshop;
@@ -150,6 +154,19 @@ HttpAnswer tst_Nginx::answer(const HttpRequest &request) const
 {
     const QString path = workshop.path("www"_s) + QString::fromLatin1(request.path);
     return HttpAnswer::with(200, read(QFileInfo(path).isDir() ? path + "/index"_s : path));
+}
+
+// How often the text has been logged of the files of one package, with ids and names filled in. There may be
+// errors of translations, too, which install by themselves.
+int tst_Nginx::errors(const LogCapture &log, const QString &text) const
+{
+    int errors = 0;
+    for (const QString &name : {"call.wav"_s, "picture.svg"_s}) {
+        const QString id = served(soundPath + name).section(QLatin1Char('/'), -1);
+        errors += log.lines().count("critical: Package install error "_s
+                                    + QString(text).replace("ID"_s, id).replace("NAME"_s, name));
+    }
+    return errors;
 }
 
 void tst_Nginx::pollsWithTags_data()
@@ -361,6 +378,39 @@ void tst_Nginx::showsWhatIsNotInstalled()
     QCOMPARE(curl(bird->getFileUrl("text.html"_s)),
              original("packages/guide/bird/bird-woodpecker/text.html"_s) + "200 text/html");
     QCOMPARE(curl(node->getFileUrl("call.wav"_s)), QByteArray("Not Found404 "));
+}
+
+void tst_Nginx::copesWithFullDisks()
+{
+    QVERIFY(nginx.start());
+    Application application(nginx.url());
+    QVERIFY(application.package(sound));
+    const LogCapture log("tamsel.packages"_s);
+    {
+        const FileSizeLimit limit(1000);
+        QVERIFY(application.becomes(sound, PackageReference::Incomplete));
+    }
+    QCOMPARE(errors(log, "3 \"Commit of file ID (./api/v1/ledger/ID) failed (code 5)\""_s), 2);
+    for (const QString &name : {"call.wav"_s, "picture.svg"_s})
+        QVERIFY(!application.package(sound)->getFileUrl(name).isLocalFile());
+    FakeClock::advance(std::chrono::seconds(31)); // the next try
+    QVERIFY(application.becomes(sound, PackageReference::Installed));
+}
+
+// Which can be neither made nor written, for a file that stands in its place.
+void tst_Nginx::copesWithoutItsDirectory()
+{
+    const QString place = data.filePath("packages/install"_s);
+    QVERIFY(QDir(place).removeRecursively() && write(place, "in the way"));
+    QVERIFY(nginx.start());
+    Application application(nginx.url());
+    QVERIFY(application.package(sound));
+    const LogCapture log("tamsel.packages"_s);
+    QVERIFY(application.becomes(sound, PackageReference::Incomplete));
+    QCOMPARE(errors(log, "4 \"Failed to install file NAME (ID)\""_s), 2);
+    QVERIFY(QFile::remove(place));
+    application.repository.update(); // the new index gets a place of its own
+    QVERIFY(application.becomes(sound, PackageReference::Installed));
 }
 
 QTEST_GUILESS_MAIN(tst_Nginx)
