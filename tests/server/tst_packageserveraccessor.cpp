@@ -30,12 +30,6 @@ QString fetch(const QUrl &url)
     return QString::number(status) + QLatin1Char(' ') + QString::fromUtf8(reply->readAll());
 }
 
-QString contentOf(const QUrl &url)
-{
-    QFile file(url.toLocalFile());
-    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
-}
-
 /** The accessor of what a server has, beginning with the package "oak". */
 class Stage
 {
@@ -93,54 +87,45 @@ class tst_PackageServerAccessor : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void records();
-    void links();
-    void filesComeThroughTheProxy();
-    void idsStayBelowTheKey();
-    void answersWithoutFile();
-    void requestsOutliveTheAccessor();
-    void installs();
-};
+    void records()
+    {
+        Stage stage;
+        SignedLedger &ledger = stage.http.ledger;
+        ledger.addPackage("ash", "plant", "no manifest");
+        ledger.addKeyword("tree", Keyword::Noun,
+                          {{"en", {QByteArray("tree\0trees\0x", 12), "wood"}}, {"de", {"Baum"}}});
+        ledger.addKeyword("odd", 5);
+        std::swap(ledger.records.keywords[0].translations[0], ledger.records.keywords[0].translations[1]);
+        stage.open();
+        const PackageServerAccessor &accessor = *stage.accessor;
 
-void tst_PackageServerAccessor::records()
-{
-    Stage stage;
-    SignedLedger &ledger = stage.http.ledger;
-    ledger.addPackage("ash", "plant", "no manifest");
-    ledger.addKeyword("tree", Keyword::Noun,
-                      {{"en", {QByteArray("tree\0trees\0x", 12), "wood"}}, {"de", {"Baum"}}});
-    ledger.addKeyword("odd", 5);
-    std::swap(ledger.records.keywords[0].translations[0], ledger.records.keywords[0].translations[1]);
-    stage.open();
-    const PackageServerAccessor &accessor = *stage.accessor;
+        const PackageInfo oak = accessor.packageInfo(0);
+        QCOMPARE(accessor.packageCount(), 2);
+        QCOMPARE(oak.id + QLatin1Char(' ') + oak.type, "oak plant:tree"_s);
+        QCOMPARE(oak.revision.toLatin1(), ledger.records.packages[0].signature.left(24).toBase64());
+        QCOMPARE(accessor.packageManifest(0), (QJsonObject{{"title"_s, "Oak"_s}}));
+        const LogCapture log("tamsel.packageserver.ledger"_s);
+        QCOMPARE(accessor.packageManifest(1), QJsonObject());
+        QCOMPARE(log.lines(), QStringList("critical: Package manifest parsing failed: \"illegal value\""_s));
 
-    const PackageInfo oak = accessor.packageInfo(0);
-    QCOMPARE(accessor.packageCount(), 2);
-    QCOMPARE(oak.id + QLatin1Char(' ') + oak.type, "oak plant:tree"_s);
-    QCOMPARE(oak.revision.toLatin1(), ledger.records.packages[0].signature.left(24).toBase64());
-    QCOMPARE(accessor.packageManifest(0), (QJsonObject{{"title"_s, "Oak"_s}}));
-    const LogCapture log("tamsel.packageserver.ledger"_s);
-    QCOMPARE(accessor.packageManifest(1), QJsonObject());
-    QCOMPARE(log.lines(), QStringList("critical: Package manifest parsing failed: \"illegal value\""_s));
+        QCOMPARE(accessor.keywordLanguages().join(QLatin1Char(' ')), "de en"_s);
+        QCOMPARE(accessor.keywordCount(), 2);
+        QStringList strings;
+        const KeywordInfo tree = accessor.keywordInfo(0);
+        for (const LangString &text : tree.strings)
+            strings.append("%1/%2/%3"_s.arg(text.language, text.sg, text.pl));
+        QCOMPARE(strings.join(QLatin1Char(' ')), "de/Baum/ en/tree/trees en/wood/"_s);
+        QCOMPARE(int(tree.type), int(Keyword::Noun));
+        QCOMPARE(int(accessor.keywordInfo(1).type), int(Keyword::Invalid));
+        QVERIFY(accessor.keywordInfo(1).strings.isEmpty());
+    }
 
-    QCOMPARE(accessor.keywordLanguages().join(QLatin1Char(' ')), "de en"_s);
-    QCOMPARE(accessor.keywordCount(), 2);
-    QStringList strings;
-    const KeywordInfo tree = accessor.keywordInfo(0);
-    for (const LangString &text : tree.strings)
-        strings.append("%1/%2/%3"_s.arg(text.language, text.sg, text.pl));
-    QCOMPARE(strings.join(QLatin1Char(' ')), "de/Baum/ en/tree/trees en/wood/"_s);
-    QCOMPARE(int(tree.type), int(Keyword::Noun));
-    QCOMPARE(int(accessor.keywordInfo(1).type), int(Keyword::Invalid));
-    QVERIFY(accessor.keywordInfo(1).strings.isEmpty());
-}
-
-void tst_PackageServerAccessor::links()
-{
-    Stage stage;
-    stage.http.ledger.addKeyword("tree", Keyword::Noun);
-    // Type, flags, source and target in the ledger; what comes of it.
-    const QVector<Row> table = rows(R"(
+    void links()
+    {
+        Stage stage;
+        stage.http.ledger.addKeyword("tree", Keyword::Noun);
+        // Type, flags, source and target in the ledger; what comes of it.
+        const QVector<Row> table = rows(R"(
         6   | 17  | 0 | 0          | 6 oak oak
         0   | 128 | 0 | 0          | 0 tree oak
         1   | 8   | 0 | 0          | 1 oak tree
@@ -148,123 +133,101 @@ void tst_PackageServerAccessor::links()
         255 | 16  | 1 | 4294967295 | -1
         2   | 1   | 2147483648 | 0 | 2  tree
     )");
-    for (const Row &row : table)
-        stage.http.ledger.records.links.append(
-            {quint8(row[0].toInt()), quint8(row[1].toInt()), row[2].toUInt(), row[3].toUInt()});
-    stage.open();
-    QCOMPARE(stage.accessor->linkCount(), table.size());
-    for (int i = 0; i < table.size(); ++i) {
-        const LinkInfo link = stage.accessor->linkInfo(i);
-        const QString outcome = "%1 %2 %3"_s.arg(QString::number(link.type), link.from, link.to);
-        QCOMPARE(table.at(i).with(outcome.trimmed()), table.at(i).text());
+        for (const Row &row : table)
+            stage.http.ledger.records.links.append(
+                {quint8(row[0].toInt()), quint8(row[1].toInt()), row[2].toUInt(), row[3].toUInt()});
+        stage.open();
+        QCOMPARE(stage.accessor->linkCount(), table.size());
+        for (int i = 0; i < table.size(); ++i) {
+            const LinkInfo link = stage.accessor->linkInfo(i);
+            const QString outcome = "%1 %2 %3"_s.arg(QString::number(link.type), link.from, link.to);
+            QCOMPARE(table.at(i).with(outcome.trimmed()), table.at(i).text());
+        }
     }
-}
 
-void tst_PackageServerAccessor::filesComeThroughTheProxy()
-{
-    const QStringList names{"a.png"_s,         "dir/b.png"_s,      "a b.png"_s,   "\u00e4.png"_s,
-                            "50%.png"_s,       "%41.png"_s,        "x?y#z.png"_s, "http://host/c.png"_s,
-                            "../d.png"_s,      "e//f.png"_s,       ".."_s,        "=.png"_s,
-                            "[1]{2}|\\.png"_s, "\U0001f333.png"_s, "/g.png"_s,    "h:i.png"_s};
-    SignedLedger::Contents files;
-    for (const QString &name : names)
-        files.insert(name.toUtf8(), "picture " + name.toUtf8());
-    Stage stage(files);
-    for (const QString &name : names) {
-        const QString content = "picture "_s + name;
-        const QUrl url = stage.url(name);
-        QCOMPARE(fetch(url), "200 "_s + content);
-        QVERIFY(stage.url(name).isLocalFile());
-        QCOMPARE(contentOf(stage.url(name)), content);
-        QCOMPARE(fetch(url), "200 "_s + content);
-        QCOMPARE(stage.http.count(ServedLedger::pathOf(content.toUtf8())), 1);
+    // Ids are not signed: whatever a server gives for one, nobody is sent to another place.
+    void filesComeThroughTheProxy()
+    {
+        QVector<QPair<QByteArray, QByteArray>> files{{"a-b", "dir/b.png"}, {"c", "e//f"}}; // id, name
+        for (const char *text :
+             {"a b", "\u00e4", "50%", "%41", "x?y#z", "http:", "http://host", "//host", "..", "../c",
+              "file:///etc/passwd?", "/..", "=", "[1]{2}|\\", "\U0001f333", "a:b"}) {
+            const QByteArray number = QByteArray::number(files.size());
+            files << qMakePair(number, QByteArray(text)) << qMakePair(QByteArray(text), '/' + number);
+        }
+        Stage stage;
+        for (const auto &[id, name] : files) {
+            stage.http.setAnswer(ServedLedger::pathOf(id + name), HttpAnswer::with(200, id + name));
+            stage.http.ledger.addPackage(id, "plant", "{}", {{name, id + name}});
+        }
+        stage.open();
+        for (int i = 0; i < files.size(); ++i) {
+            const QString name = QString::fromUtf8(files[i].second);
+            const QByteArray content = files[i].first + files[i].second;
+            const QUrl url = stage.url(name, i + 1);
+            QCOMPARE(url.host(), "localhost"_s);
+            QCOMPARE(fetch(url), "200 "_s + QString::fromUtf8(content));
+            QVERIFY(stage.url(name, i + 1).isLocalFile());
+            QCOMPARE(fetch(stage.url(name, i + 1)), "0 "_s + QString::fromUtf8(content));
+            QCOMPARE(fetch(url), "200 "_s + QString::fromUtf8(content));
+            QCOMPARE(stage.http.count(ServedLedger::pathOf(content)), 1);
+        }
+        QCOMPARE(stage.url("none"_s), QUrl());
     }
-    QCOMPARE(stage.url("none"_s), QUrl());
-}
 
-// Package ids are not signed: whatever a server puts there, nobody is sent to another place.
-void tst_PackageServerAccessor::idsStayBelowTheKey()
-{
-    const QVector<QByteArray> ids{"http:", "http://host", "file:///etc/passwd?", "//host", "..", "/..",
-                                  "a:b",   "\u00f6"};
-    SignedLedger::Contents files;
-    for (const QByteArray &id : ids)
-        files.insert("/" + id, "stays " + id);
-    Stage stage(files);
-    for (const QByteArray &id : ids)
-        stage.http.ledger.addPackage(id, "plant", "{}", {{"/" + id, "stays " + id}});
-    stage.open();
-    const QString key = stage.belowKey("/"_s).path();
-    for (int i = 0; i < ids.size(); ++i) {
-        const QUrl url = stage.url(QString::fromUtf8("/" + ids[i]), i + 1);
-        QCOMPARE(url.host(), "localhost"_s);
-        QVERIFY2(url.path().startsWith(key), ids[i].constData());
-        QCOMPARE(fetch(url), "200 "_s + QString::fromUtf8("stays " + ids[i]));
+    void answersWithoutFile()
+    {
+        Stage stage({{"picture", "of another tree"}, {"forged", "as signed"}});
+        stage.http.setAnswer(ServedLedger::pathOf("of another tree"), HttpAnswer::with(503));
+        stage.http.setAnswer(ServedLedger::pathOf("as signed"), HttpAnswer::with(200, "as forged"));
+        QCOMPARE(fetch(stage.url("picture"_s)), "503 "_s);
+        QCOMPARE(fetch(stage.url("forged"_s)), "500 "_s);
+        QCOMPARE(fetch(stage.belowKey("/oak"_s)), "404 Not Found"_s);
+        QCOMPARE(fetch(stage.belowKey("/elm/picture"_s)), "404 Not Found"_s);
+        QCOMPARE(fetch(stage.belowKey("/oak/none"_s)), "404 Not Found"_s);
+        QCOMPARE(fetch(stage.belowKey("/=oak/=none"_s)), "404 Not Found"_s);
+        const QFuture<QUrl> asked = QtConcurrent::run([&stage] { return stage.url("picture"_s); });
+        QTRY_VERIFY(asked.isFinished());
+        QCOMPARE(asked.result(), stage.url("picture"_s));
+        stage.service.reset();
+        QCOMPARE(fetch(stage.url("picture"_s)), "502 "_s);
     }
-}
 
-void tst_PackageServerAccessor::answersWithoutFile()
-{
-    Stage stage({{"picture", "of another tree"}, {"forged", "as signed"}});
-    stage.http.setAnswer(ServedLedger::pathOf("of another tree"), HttpAnswer::with(503));
-    stage.http.setAnswer(ServedLedger::pathOf("as signed"), HttpAnswer::with(200, "as forged"));
-    QCOMPARE(fetch(stage.url("picture"_s)), "503 "_s);
-    QCOMPARE(fetch(stage.url("forged"_s)), "500 "_s);
-    QCOMPARE(fetch(stage.belowKey("/oak"_s)), "404 Not Found"_s);
-    QCOMPARE(fetch(stage.belowKey("/elm/picture"_s)), "404 Not Found"_s);
-    QCOMPARE(fetch(stage.belowKey("/oak/none"_s)), "404 Not Found"_s);
-    QCOMPARE(fetch(stage.belowKey("/=oak/=none"_s)), "404 Not Found"_s);
-    const QFuture<QUrl> asked = QtConcurrent::run([&stage] { return stage.url("picture"_s); });
-    QTRY_VERIFY(asked.isFinished());
-    QCOMPARE(asked.result(), stage.url("picture"_s));
-    stage.service.reset();
-    QCOMPARE(fetch(stage.url("picture"_s)), "502 "_s);
-}
+    void requestsOutliveTheAccessor()
+    {
+        Stage stage({{"picture", "late"}});
+        QNetworkAccessManager manager;
+        const QScopedPointer<QNetworkReply> reply(manager.get(QNetworkRequest(stage.url("picture"_s))));
+        stage.http.setHandler([](const HttpRequest &) { return HttpAnswer::with(200, "late"); });
+        QTRY_COMPARE(stage.http.count(ServedLedger::pathOf("late")), 1);
+        stage.accessor.reset();
+        QTRY_VERIFY(FileStore::defaultStore()->contains(idOf("late")));
+        stage.open();
+        QCOMPARE(fetch(stage.url("picture"_s)), "0 late"_s);
+    }
 
-void tst_PackageServerAccessor::requestsOutliveTheAccessor()
-{
-    Stage stage({{"picture", "late"}});
-    QNetworkAccessManager manager;
-    const QScopedPointer<QNetworkReply> reply(manager.get(QNetworkRequest(stage.url("picture"_s))));
-    stage.http.setHandler([](const HttpRequest &) { return HttpAnswer::with(200, "late"); });
-    QTRY_COMPARE(stage.http.count(ServedLedger::pathOf("late")), 1);
-    stage.accessor.reset();
-    QTRY_VERIFY(FileStore::defaultStore()->contains(idOf("late")));
-    stage.open();
-    QCOMPARE(contentOf(stage.url("picture"_s)), "late"_s);
-}
-
-void tst_PackageServerAccessor::installs()
-{
-    const LogCapture log("tamsel.packages"_s);
-    const QString download = "2 Download of ./api/v1/ledger/%1 failed with code %2, error %3"_s;
-    Stage stage({{"1", "first"}, {"2", "absent"}, {"3", "third"}, {"4", "first"}, {"5", "signed"}});
-    stage.http.setAnswer(ServedLedger::pathOf("absent"), HttpAnswer::with(404));
-    stage.http.setAnswer(ServedLedger::pathOf("signed"), HttpAnswer::with(200, "forged"));
-    QCOMPARE(stage.install(),
-             QStringList({"-1"_s, download.arg(idOf("absent"), "404"_s, "203"_s),
-                          "3 Commit of file %1 (./api/v1/ledger/%1) failed (code 2)"_s.arg(idOf("signed"))})
-                 .join(QLatin1Char('\n')));
-    QCOMPARE(stage.installed.join(QLatin1Char(' ')), "1 2 3 4 5"_s);
-    QVERIFY(FileStore::defaultStore()->contains(idOf("first")));
-    QVERIFY(!FileStore::defaultStore()->contains(idOf("signed")));
-
-    stage.http.setAnswer(ServedLedger::pathOf("absent"), HttpAnswer::with(200, "absent"));
-    stage.http.setAnswer(ServedLedger::pathOf("signed"), HttpAnswer::with(200, "signed"));
-    QCOMPARE(stage.install(), "1"_s);
-    const int requests = stage.http.requests().size();
-    QCOMPARE(stage.install(), "1"_s);
-    stage.http.ledger.addPackage("empty", "plant", "{}");
-    stage.http.ledger.addPackage("deep", "plant", "{}", {{"a/b", "first"}});
-    stage.open();
-    QCOMPARE(stage.install(1), "1"_s);
-    QCOMPARE(stage.install(2), "-1\n4 Failed to install file a/b (%1)"_s.arg(idOf("first")));
-    QCOMPARE(stage.http.requests().size(), requests);
-
-    stage.service.reset();
-    QCOMPARE(stage.install(), "-1\n1 No service for package file download"_s);
-    QVERIFY(stage.installed.isEmpty());
-}
+    void installs()
+    {
+        const LogCapture log("tamsel.packages"_s);
+        const QString download = "2 Download of ./api/v1/ledger/%1 failed with code %2, error %3"_s;
+        Stage stage({{"1", "first"}, {"2", "absent"}, {"3", "third"}, {"4", "first"}, {"5", "signed"}});
+        stage.http.setAnswer(ServedLedger::pathOf("absent"), HttpAnswer::with(404));
+        stage.http.setAnswer(ServedLedger::pathOf("signed"), HttpAnswer::with(200, "forged"));
+        QCOMPARE(
+            stage.install(),
+            QStringList({"-1"_s, download.arg(idOf("absent"), "404"_s, "203"_s),
+                         "3 Commit of file %1 (./api/v1/ledger/%1) failed (code 2)"_s.arg(idOf("signed"))})
+                .join(QLatin1Char('\n')));
+        QCOMPARE(stage.installed.join(QLatin1Char(' ')), "1 2 3 4 5"_s);
+        QVERIFY(!FileStore::defaultStore()->contains(idOf("signed")));
+        stage.http.ledger.addPackage("deep", "plant", "{}", {{"a/b", "first"}});
+        stage.open();
+        QCOMPARE(stage.install(1), "-1\n4 Failed to install file a/b (%1)"_s.arg(idOf("first")));
+        stage.service.reset();
+        QCOMPARE(stage.install(), "-1\n1 No service for package file download"_s);
+        QVERIFY(stage.installed.isEmpty());
+    }
+};
 
 QTEST_GUILESS_MAIN(tst_PackageServerAccessor)
 
