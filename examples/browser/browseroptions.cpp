@@ -12,6 +12,7 @@ namespace {
 
 constexpr int smallestSide = 320; // pixels
 
+constexpr QLatin1String couchdbOption = latin1("couchdb");
 constexpr QLatin1String directoryOption = latin1("directory");
 constexpr QLatin1String helpOption = latin1("help");
 constexpr QLatin1String languageOption = latin1("language");
@@ -49,8 +50,12 @@ void addOptions(QCommandLineParser &parser)
     parser.addOption(
         {directoryOption,
          QStringLiteral("Show the catalogue in PATH. May be given several times; without it, and "
-                        "without --server, the sample catalogue is shown."),
+                        "without --server and --couchdb, the sample catalogue is shown."),
          QStringLiteral("PATH")});
+    parser.addOption({couchdbOption,
+                      QStringLiteral("Show the packages of the CouchDB database at URL. May be given several "
+                                     "times."),
+                      QStringLiteral("URL")});
     parser.addOption(
         {languageOption, QStringLiteral("Use the language CODE, such as de or en."), QStringLiteral("CODE")});
     parser.addOption({listOption, QStringLiteral("Print the catalogue as a table and exit.")});
@@ -116,6 +121,9 @@ BrowserOptions read(const QCommandLineParser &parser)
     options.action = chosenAction(parser);
     options.directories = parser.values(directoryOption);
     options.servers = readServers(parser);
+    const QStringList databases = parser.values(couchdbOption);
+    for (const QString &database : databases)
+        options.databases.append(QUrl(database).adjusted(QUrl::StripTrailingSlash));
     options.language = parser.value(languageOption);
     options.theme = parser.value(themeOption);
     options.screenshotDirectory = parser.value(screenshotOption);
@@ -124,14 +132,22 @@ BrowserOptions read(const QCommandLineParser &parser)
     return options;
 }
 
+bool isHttp(const QUrl &url)
+{
+    return !url.host().isEmpty()
+           && (url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https"));
+}
+
 // Null if there is none.
 QString findServerError(const QCommandLineParser &parser, const BrowserOptions &options)
 {
     for (const ServerOption &server : options.servers) {
-        const QString scheme = server.url.scheme();
-        if (server.url.host().isEmpty()
-            || (scheme != QLatin1String("http") && scheme != QLatin1String("https")))
+        if (!isHttp(server.url))
             return QStringLiteral("'%1' is no URL of a server.").arg(server.url.toString());
+    }
+    for (const QUrl &database : options.databases) {
+        if (!isHttp(database))
+            return QStringLiteral("'%1' is no URL of a database.").arg(database.toString());
     }
     for (const QLatin1String option : {tokenOption, userOption, passwordOption}) {
         if (parser.values(option).size() > options.servers.size())

@@ -29,8 +29,9 @@ struct BrowserOptions
     };
 
     Action action = Action::Browse;
-    QStringList directories;       ///< catalogues; without any, and without servers, the sample catalogue
+    QStringList directories;       ///< catalogues; the sample catalogue if nothing else is named
     QVector<ServerOption> servers; ///< package servers
+    QVector<QUrl> databases;       ///< of CouchDB
     QString language;              ///< name of a locale; empty for that of the system
     QString theme;                 ///< "light", "dark" or "system"; empty for the user's last choice
     QString screenshotDirectory;

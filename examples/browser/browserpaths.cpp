@@ -25,7 +25,7 @@ QString sampleCatalogue()
 
 QStringList cataloguesFor(const BrowserOptions &options)
 {
-    if (options.directories.isEmpty() && options.servers.isEmpty())
+    if (options.directories.isEmpty() && options.servers.isEmpty() && options.databases.isEmpty())
         return {sampleCatalogue()};
     QStringList directories;
     for (const QString &directory : options.directories)

@@ -46,6 +46,7 @@ BrowserSession::BrowserSession(const BrowserOptions &options, QObject *parent)
     , firstSize(options.windowSize.isEmpty() ? QSize(1120, 760) : options.windowSize)
     , shownDirectories(cataloguesFor(options))
     , shownServers(serversOf(options))
+    , shownDatabases(options.databases.begin(), options.databases.end())
     , chosenTheme(firstTheme(options, forPictures))
 {
 }
@@ -64,6 +65,14 @@ void BrowserSession::setServers(const QVariantList &servers)
         return;
     shownServers = servers;
     Q_EMIT serversChanged();
+}
+
+void BrowserSession::setDatabases(const QVariantList &databases)
+{
+    if (shownDatabases == databases)
+        return;
+    shownDatabases = databases;
+    Q_EMIT databasesChanged();
 }
 
 void BrowserSession::setTheme(const QString &theme)

@@ -24,6 +24,8 @@ class BrowserSession : public QObject
     Q_PROPERTY(QStringList directories READ directories WRITE setDirectories NOTIFY directoriesChanged)
     /** The package servers shown, each with url, token, user and password. */
     Q_PROPERTY(QVariantList servers READ servers WRITE setServers NOTIFY serversChanged)
+    /** The URLs of the CouchDB databases shown. */
+    Q_PROPERTY(QVariantList databases READ databases WRITE setDatabases NOTIFY databasesChanged)
     /** "light", "dark" or "system". Remembered, unless the session is one for pictures. */
     Q_PROPERTY(QString theme READ theme WRITE setTheme NOTIFY themeChanged)
     /** Size of the window at first. */
@@ -40,6 +42,9 @@ public:
     QVariantList servers() const { return shownServers; }
     void setServers(const QVariantList &servers);
 
+    QVariantList databases() const { return shownDatabases; }
+    void setDatabases(const QVariantList &databases);
+
     QString theme() const { return chosenTheme; }
     void setTheme(const QString &theme);
 
@@ -49,6 +54,7 @@ public:
 Q_SIGNALS:
     void directoriesChanged();
     void serversChanged();
+    void databasesChanged();
     void themeChanged();
 
 private:
@@ -56,6 +62,7 @@ private:
     const QSize firstSize;
     QStringList shownDirectories;
     QVariantList shownServers;
+    QVariantList shownDatabases;
     QString chosenTheme;
 };
 

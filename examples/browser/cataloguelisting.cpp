@@ -5,6 +5,7 @@
 #include "translationstate.h"
 
 #include <TamselAccount/Service>
+#include <TamselPackageManager/CouchDBPackageSource>
 #include <TamselPackageManager/KeywordNode>
 #include <TamselPackageManager/LocalPackageSource>
 #include <TamselPackageManager/PackageNode>
@@ -12,6 +13,7 @@
 
 #include <QEventLoop>
 #include <QFileInfo>
+#include <QNetworkAccessManager>
 #include <QTextStream>
 #include <QTimer>
 
@@ -23,6 +25,7 @@
 namespace browser {
 
 using ts::account::Service;
+using ts::pm::CouchDBPackageSource;
 using ts::pm::PackageNode;
 using ts::pm::PackageServer;
 
@@ -89,6 +92,29 @@ bool waitForAnswer(const PackageServer &server)
     if (!trouble.isEmpty())
         printError(trouble.arg(server.service()->baseUrl().toString()));
     return trouble.isEmpty();
+}
+
+// As above. There is nothing saved that an answer could be the same as: the data directory is a new one.
+bool waitForAnswer(CouchDBPackageSource &database, const QUrl &url)
+{
+    QEventLoop loop;
+    bool answered = false;
+    QObject::connect(&database, &CouchDBPackageSource::updateRequired, &loop, [&] {
+        answered = true;
+        loop.quit();
+    });
+    database.update();
+    QTimer patience; // for as long as a request is under way, which may be a second one by then
+    QObject::connect(&patience, &QTimer::timeout, &loop, [&] {
+        if (database.children().isEmpty())
+            loop.quit();
+    });
+    patience.start(100);
+    QTimer::singleShot(timeLimit, &loop, &QEventLoop::quit);
+    loop.exec();
+    if (!answered)
+        printError(QStringLiteral("The database '%1' cannot be read.").arg(url.toDisplayString()));
+    return answered;
 }
 
 bool waitForTexts(const TranslationState &state)
@@ -164,6 +190,13 @@ int listCatalogue(const BrowserOptions &options)
         services.push_back(serviceFor(server));
         auto source = std::make_unique<PackageServer>(services.back().get());
         if (!waitForAnswer(*source))
+            return 1;
+        sources.push_back(std::move(source));
+    }
+    QNetworkAccessManager manager;
+    for (const QUrl &database : options.databases) {
+        auto source = std::make_unique<CouchDBPackageSource>(database, &manager);
+        if (!waitForAnswer(*source, database))
             return 1;
         sources.push_back(std::move(source));
     }

@@ -109,7 +109,8 @@ bool ScreenshotRunner::run()
 {
     window.requestActivate();
     window.resize(size); // a platform may have shown it in another one
-    if (!waitFor([this] { return flag("settled") && hasSize(size); }))
+    const auto hasAnswers = [this] { return session.databases().isEmpty() || number("packageCount") > 0; };
+    if (!waitFor([&] { return flag("settled") && hasSize(size) && hasAnswers(); }))
         return fail(QStringLiteral("catalogue"), QStringLiteral("the catalogue cannot be read in time"));
     const auto *provider = qobject_cast<ts::pm::IPackageProvider *>(property("provider").value<QObject *>());
     if (!provider)
@@ -227,6 +228,7 @@ bool ScreenshotRunner::drawMessages()
     if (!draw(QStringLiteral("server-away"), [this] { return flag("warning") && number("hits") > 0; }))
         return false;
     session.setDirectories({});
+    session.setDatabases({});
     if (!drawMessage(QStringLiteral("only-server-away"), QStringLiteral("unreachable")))
         return false;
     session.setServers({});

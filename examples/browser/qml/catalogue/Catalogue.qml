@@ -33,6 +33,18 @@ QtObject {
         onObjectAdded: catalogue.provider.sources.push(object)
     }
 
+    readonly property Instantiator databases: Instantiator {
+        model: Session.databases.length
+        delegate: CouchDBSource { url: Session.databases[index] }
+        onObjectAdded: catalogue.provider.sources.push(object)
+    }
+
+    // A database does not tell that it has answered; it is asked after two seconds.
+    readonly property Timer firstAnswer: Timer {
+        interval: 10000
+        running: Session.databases.length > 0
+    }
+
     readonly property TranslationState translations: TranslationState {
         packageProvider: catalogue.provider
         onSettledChanged: catalogue.started = catalogue.started || settled
@@ -77,7 +89,7 @@ QtObject {
         return missing;
     }
 
-    readonly property bool connecting: serversWith(PackageServerSource.Connecting).length > 0
+    readonly property bool connecting: serversWith(PackageServerSource.Connecting).length > 0 || firstAnswer.running
     readonly property var unreachableServers: serversWith(PackageServerSource.Unreachable)
     readonly property var untrustedServers: serversWith(PackageServerSource.Untrusted)
 

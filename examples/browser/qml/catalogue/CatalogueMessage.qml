@@ -70,7 +70,8 @@ Message {
         case "untrusted":
             return catalogue.untrustedServers.join("\n");
         case "empty":
-            return Session.directories.concat(Session.servers.map(server => server.url.toString())).join("\n");
+            return Session.directories.concat(Session.servers.map(server => server.url.toString()),
+                                              Session.databases.map(url => url.toString())).join("\n");
         default:
             return "";
         }
