@@ -124,14 +124,10 @@ private Q_SLOTS:
                             bool failed = false) {
             QTest::newRow(name) << answer << status << failed << body;
         };
-        row("body", HttpAnswer::with(200, "owl"), 200, "owl");
         row("empty", HttpAnswer::with(200), 200, "");
         row("big", HttpAnswer::with(200, big), 200, big);
-        row("big without length", raw(head + "\r\n" + big), 200, big);
         row("unchanged", raw("HTTP/1.1 304 Same\r\nETag: \"a\"\r\nContent-Length: 9\r\n\r\n"), 304, "");
-        row("no content", HttpAnswer::with(204), 204, "");
         row("missing", HttpAnswer::with(404, "why"), 404, "why", true);
-        row("server error", HttpAnswer::with(500, "why"), 500, "why", true);
         row("endless error", raw("HTTP/1.1 500 No\r\n\r\n", HttpAnswer::Repeat), 500,
             QByteArray(1 << 20, 'x'), true);
         row("too short", raw(head + "Content-Length: 4\r\n\r\nowl"), 200, "owl", true);
@@ -145,7 +141,6 @@ private Q_SLOTS:
         row("gzip twice", packed(gzip("ow") + gzip("l")), 200, "owl");
         row("gzip too short", packed(gzip("owl").chopped(1)), 200, "owl", true);
         row("gzip not checked", packed(gzip("owl").chopped(8) + "12345678"), 200, "", true);
-        row("no gzip", packed("owl"), 200, "", true);
         row("other encoding", HttpAnswer::with(200, "owl", "Content-Encoding: br\r\n"), 200, "", true);
         row("no target", HttpAnswer::with(302, "owl"), 302, "owl");
     }
@@ -205,22 +200,22 @@ private Q_SLOTS:
         QTest::addColumn<int>("status");
         QTest::addColumn<int>("error");
         QTest::addColumn<bool>("credentials");
-        QTest::newRow("path") << QByteArray("/y?a=b") << 200 << 0 << true;
-        QTest::newRow("other port") << QByteArray("OTHER/y?a=b") << 200 << 0 << false;
-        QTest::newRow("credentials of theirs") << QByteArray("OTHERUSER/y?a=b") << 200 << 0 << false;
-        QTest::newRow("file") << QByteArray("file:///etc/hostname") << 302
-                              << int(QNetworkReply::InsecureRedirectError) << false;
-        QTest::newRow("circle") << QByteArray("/x") << 302 << int(QNetworkReply::TooManyRedirectsError)
-                                << true;
+        const auto row = [](const char *location, int status, int error, bool credentials) {
+            QTest::newRow(location) << QByteArray(location) << status << error << credentials;
+        };
+        row("/y?a=b", 200, 0, true);
+        row("OTHER/y?a=b", 200, 0, false);
+        row("file:///etc/hostname", 302, QNetworkReply::InsecureRedirectError, false);
+        row("/x", 302, QNetworkReply::TooManyRedirectsError, true);
     }
 
     void redirects()
     {
         QFETCH(QByteArray, location);
         ScriptedServer other;
-        const QByteArray origin = other.url().toEncoded(QUrl::StripTrailingSlash);
-        location.replace("OTHERUSER", QByteArray(origin).replace("//", "//me:secret@"))
-            .replace("OTHER", origin);
+        const QByteArray origin =
+            other.url().toEncoded(QUrl::StripTrailingSlash).replace("//", "//me:theirs@");
+        location.replace("OTHER", origin);
         QNetworkRequest get = request(HttpAnswer::redirect(302, location));
         get.setRawHeader("Authorization", "Bearer secret");
         get.setRawHeader("Cookie", "a=secret");
@@ -242,7 +237,9 @@ private Q_SLOTS:
     void finishesOnceWhateverGoesAway()
     {
         const auto half = raw("HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nowl", HttpAnswer::Stall);
-        QCOMPARE(run(request(half), nullptr).finished, 1);
+        const LogCapture log("tamsel.request"_s);
+        const auto complain = [](GetRequest *get) { get->setSuppressErrors(false); };
+        QCOMPARE(run(request(half), nullptr, complain).finished, 1);
         QCOMPARE(run(QNetworkRequest(QUrl("file:///etc/hostname"_s)), manager.data()).finished, 1);
 
         auto mortal = std::make_unique<NetworkAccessManager>();
@@ -267,6 +264,7 @@ private Q_SLOTS:
             connect(get->reply(), &QNetworkReply::readyRead, get, [get] { get->reply()->abort(); });
         });
         QVERIFY(outcome.finished == 1 && outcome.error != 0);
+        QCOMPARE(log.lines().size(), 1); // of the one that was to complain
     }
 
     void destructionAborts()
@@ -285,16 +283,6 @@ private Q_SLOTS:
         }
     }
 
-    void failuresAreLoggedUnlessSuppressed()
-    {
-        for (const bool suppressed : {false, true}) {
-            LogCapture log("tamsel.request"_s);
-            run(request(HttpAnswer::with(500)), manager.data(),
-                [&](GetRequest *get) { get->setSuppressErrors(suppressed); });
-            QCOMPARE(log.lines().size(), suppressed ? 0 : 1);
-        }
-    }
-
     void managerIsSharedWhileHeldAndKeepsNoCookies()
     {
         QCOMPARE(NetworkAccessManager::sharedInstance(), manager);
@@ -308,13 +296,10 @@ private Q_SLOTS:
         // base | url | request | credentials
         const auto table = rows(R"(
             https://h/x          | ./api/v1/ledger      | https://h/x/api/v1/ledger | yes
-            https://h/x/         | ./api/v1/ledger      | https://h/x/api/v1/ledger | yes
-            https://h            | api                  | https://h/api             | yes
             https://h/a%2Fb?q#f  | c                    | https://h/a%2Fb/c         | yes
             https://h/x          | ../../y              | https://h/y               | yes
             https://h/x          | https://H:443/y      | https://h:443/y           | yes
             https://h/x          | //other/y            | https://other/y           | no
-            https://h/x          | http://h/y           | http://h/y                | no
             https://h/x          | https://h:444/y      | https://h:444/y           | no
             https://h/x          | file:///etc/hostname | file:///etc/hostname      | no
         )");
@@ -329,10 +314,8 @@ private Q_SLOTS:
 
     void serviceConnectsFromTheEventLoop()
     {
-        for (const auto &[url, end] : {std::pair("http://h/"_s, Service::Ready),
-                                       {"ftp://h/"_s, Service::Failed},
-                                       {"/x"_s, Service::Failed},
-                                       {""_s, Service::Failed}}) {
+        for (const auto &[url, end] :
+             {std::pair("http://h/"_s, Service::Ready), {"ftp://h/"_s, Service::Failed}}) {
             Service service{QUrl(url)};
             QSignalSpy changed(&service, &Service::statusChanged);
             service.enable();
@@ -378,11 +361,8 @@ private Q_SLOTS:
         const QString good = "0f8fad5b-d9cb-469f-a165-70867728950e"_s;
         for (const QString &form : {good, good.toUpper(), QUuid(good).toString()})
             QCOMPARE(id(form), good);
-        for (const QString &bad :
-             {""_s, "../../etc"_s, "a/b"_s, QString(good + "/.."_s), QUuid().toString()}) {
+        for (const QString &bad : {""_s, "../../etc"_s, QString(good + "/.."_s), QUuid().toString()})
             QCOMPARE(QUuid(id(bad)).toString(QUuid::WithoutBraces), id(bad));
-            QCOMPARE(id(bad), id(bad));
-        }
         QVERIFY(id("a"_s) != id("b"_s));
         QCOMPARE(Service(QUrl("http://u@h/x/"_s)).uuid(), Service(QUrl("http://h/x"_s)).uuid());
     }
