@@ -108,23 +108,17 @@ void tst_Matchers::matchers()
         has:tree                                 | elm oak
         has:shade                                | elm fern
         has:Tree                                 |
-        has:tre                                  |
-        field:                                   | unrestricted
         field:picture                            | elm fern
-        full:                                    | unrestricted
         full:tall_TREE                           | elm oak
         part:had                                 | elm fern
         full:had                                 |
         part:tree_tall                           |
-        part:shade_                              |
         all .                                    | unrestricted
-        any has: all has: . .                    | unrestricted
         all has:tree has:shade .                 | elm
         any has:tree has:shade .                 | elm fern oak
         any has: has:shade .                     | elm fern
         all has: has:tree .                      | elm oak
-        any all has:tree has:shade . has:none .  | elm
-        all any has:tree has:shade . has:shade . | elm fern)")) {
+        any all has:tree has:shade . has:none .  | elm)")) {
         const auto filter = garden.filter(row[0]);
         QCOMPARE(row.with(filter ? garden.select(filter, {}) : "unrestricted"_s), row.text());
     }
@@ -146,8 +140,6 @@ void tst_Matchers::membershipChangesAreTold()
             group.addMatcher(&members->at(uint(number.digitValue())));
         if (numbers.isEmpty())
             group.addMatcher(nullptr);
-        QCOMPARE(list.count(&list), 5);
-        QCOMPARE(list.at(&list, 4), &members->at(4));
     };
     const Verbs verbs{
         {"add"_s, add},
@@ -186,7 +178,6 @@ void tst_Matchers::sorters()
 {
     // values of the packages a, b, c and so on, nothing for none | by integer, by string
     for (const Row &row : rows(R"(
-        10; 9; ; -1                           | d c b a, a b c d
         1; "10"; 2.5; 3000000000; -1; true    | e b c d f a, a c d e f b
         "b"; "C"; "a";                        | a b c d, d b c a
         2; 1; 2; 1                            | b d a c, a b c d)")) {
