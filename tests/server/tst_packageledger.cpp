@@ -169,7 +169,6 @@ private Q_SLOTS:
             cut 87                    | critical: Invalid or corrupted ledger data: Size of 87 is below minimum size; FAIL
             0 4c 4 02                 | critical: Ledger data missing magic bytes "ldgr"; FAIL
             4 02                      | critical: Ledger version mismatch, must be 1.0; FAIL
-            5 01                      | critical: Ledger version mismatch, must be 1.0; FAIL
             6 2e497373                | H; critical: Invalid offset table entry ".Iss"; FAIL
             10 25000000               | H; critical: Invalid offset 37 for offset able entry ".iss"; FAIL
             34 51000000               | H; critical: Invalid offset 81 for offset able entry ".lnk"; FAIL
@@ -179,8 +178,6 @@ private Q_SLOTS:
             30 2e69737326000000       | H; critical: Incomplete ledger data, missing segments: QSet(".lnk"); FAIL
             42 03000000               | H; critical: Invalid ledger structure, misaligned segments; FAIL
             6 2e6b776430000000 14 2e69737326000000 | H; O; 0i; 0l; 0k; 0t; 0p; 0n; OK
-            add 00                    | H; O; 0i; 0l; 0k; 0t; 0p; 0n; OK
-            80 0b000000               | H; O; 0i; 0l; 0k; 0t; 0p; 0n; OK
             80 f0ffffff               | H; O; 0i; 0l; 0k; 0t; 0p; 0n; OK
             80 0b000000 84 01000000   | H; O; 0i; 0l; 0k; 0t; 0p; 1n; critical: Failed to parse link with index 0; FAIL)")) {
             QByteArray bytes = minimalDocument();
@@ -212,31 +209,21 @@ private Q_SLOTS:
         const QStringList sections{"iss"_s, "kwd"_s, "pkg"_s, "lnk"_s};
         for (const Row &row : rows(R"(
             iss |                                | 0i; FAIL
-            iss | 00                             | 0i; FAIL
-            iss | 0100                           | 1i; FAIL
             iss | 0100 0000 0000 01              | 1i; FAIL
             iss | 0100 0100 41 0900 0000         | 1i; 0l; 0k; 0t; 0p; 0n; critical: Failed to verify issuer signature of "A" ""; FAIL
-            kwd | 00                             | 0i; 0l; FAIL
             kwd | 0000                           | 0i; 0l; FAIL
             kwd | 0200 ff00 0000 00000000        | 0i; 2l; 0k; 0t; 0p; 0n; OK null,
             kwd | 0200 0000 ff00 00000000        | 0i; 2l; FAIL
-            kwd | ffff 0100 64                   | 0i; 65535l; FAIL
             kwd | 0000 01000000 00 0000          | 0i; 0l; 1k; FAIL
-            kwd | 0000 01000000 09 0000 0000     | 0i; 0l; 1k; 0t; 0p; 0n; OK 9()
             kwd | 0000 01000000 09 ff00 0000     | 0i; 0l; 1k; 0t; 0p; 0n; OK 9()
             kwd | 0000 ffffffff 09 0000 0000     | 0i; 0l; 4294967295k; FAIL
-            kwd | 0100 0000 01000000 02 0000 0100 0100 00               | 0i; 1l; 1k; FAIL
             kwd | 0100 0000 01000000 02 0000 0100 0000                  | 0i; 1l; 1k; FAIL
             kwd | 0100 0000 01000000 02 0000 0100 0000 01 0100          | 0i; 1l; 1k; FAIL
-            kwd | 0100 0000 01000000 02 0000 ffff 0000 00               | 0i; 1l; 1k; FAIL
             kwd | 0100 0000 01000000 02 0000 0100 0000 02 ff00 0000     | 0i; 1l; 1k; 0t; 0p; 0n; OK 2(null,)
             kwd | 0100 0000 01000000 02 0000 0200 0000 01 0100 61 0000 01 0100 62 | 0i; 1l; 1k; 0t; 0p; 0n; OK 2(b)
             pkg | 0000 0000                      | 0i; 0l; 0k; 0t; FAIL
-            pkg | 0200 ff00 0000 00000000        | 0i; 0l; 0k; 2t; 0p; 0n; OK null,
-            pkg | ffff 00000000                  | 0i; 0l; 0k; 65535t; FAIL
             pkg | 0000 ffffffff                  | 0i; 0l; 0k; 0t; 4294967295p; critical: Package parsing failed; FAIL
             pkg | 0100 0000 01000000 0000 0000 0000 0000 0000 | 0i; 0l; 0k; 1t; 1p; critical: Package parsing failed; FAIL
-            lnk | 000000                         | 0i; 0l; 0k; 0t; 0p; FAIL
             lnk | 02000000 00010000000009000000 06 | 0i; 0l; 0k; 0t; 0p; 2n; critical: Failed to parse link with index 1; FAIL
             lnk | 01000000 09210000000009000000  | 0i; 0l; 0k; 0t; 0p; 1n; OK 9 33 0 9)")) {
             QVector<QByteArray> payloads = emptyPayloads;
@@ -271,12 +258,13 @@ private Q_SLOTS:
                  package.files.append({QByteArray(28, 0), "n"});
              },
              "FAIL"_s},
+            {[](auto &, auto &package, auto &) { package.files[1].digest[27] = 'x'; }, "FAIL"_s},
+            {[](auto &, auto &package, auto &) { package.files[0].path = "c"; }, "FAIL"_s},
             {[](auto &, auto &package, auto &) { package.type = 0; }, "FAIL"_s},
             {[](auto &, auto &package, auto &) { package.issuer = 0; }, "FAIL"_s},
             {[](auto &, auto &package, auto &) { package.type = 2; }, badPackage},
             {[](auto &, auto &package, auto &) { package.issuer = 2; }, badPackage},
             {[](auto &ledger, auto &package, auto &) { ledger.sign(package, "{"); }, "OK"_s},
-            {[](auto &ledger, auto &package, auto &) { ledger.sign(package, "[1]"); }, "OK"_s},
             // No canonical form, so that what is signed is nothing.
             {[](auto &ledger, auto &package, auto &) { ledger.sign(package, R"(["\ud800"])"); }, "OK"_s},
             {[](auto &ledger, auto &package, auto &) { ledger.sign(package, R"({"a":"\ud800"})"); },
@@ -325,44 +313,11 @@ private Q_SLOTS:
                                                         "a")));
     }
 
-    void survivesEveryTruncationAndFlippedBits()
+    void refusesEveryTruncation()
     {
         const QByteArray whole = sample().toByteArray();
         for (int size = 0; size < whole.size(); ++size)
             QVERIFY2(!isValid(whole.left(size)), qPrintable(QString::number(size)));
-
-        // "s" for bytes under a signature, "f" for bytes that are free to change, others by their effect.
-        QByteArray kinds(whole.size(), '?');
-        const PackageLedger ledger(whole, "tag");
-        const auto mark = [&](char kind, const void *bytes, int size) {
-            const auto offset = static_cast<const char *>(bytes) - ledger.data.constData();
-            std::fill_n(kinds.begin() + offset, size, kind);
-        };
-        for (const IssuerEntry &issuer : ledger.issuers) {
-            mark('s', issuer.signature, 64);
-            mark('s', issuer.publicKey.data, issuer.publicKey.length);
-            mark('f', issuer.name.data, issuer.name.length);
-        }
-        for (const PackageEntry &package : ledger.packages) {
-            mark('s', package.signature, 64);
-            mark('s', package.manifest.data, int(qstrnlen(package.manifest.data, 14)));
-            mark('f', package.id.data, package.id.length);
-            for (auto file = package.files.cbegin(); file != package.files.cend(); ++file) {
-                mark('s', file.key().constData(), file.key().size());
-                mark('s', *file, 28);
-            }
-        }
-        for (const Utf8String &type : ledger.types)
-            mark('s', type.data, type.length);
-        for (const KeywordEntry &keyword : ledger.keywords)
-            mark('f', keyword.id.data, keyword.id.length);
-        mark('f', ledger.data.constData() + whole.size() - 10, 10);
-        for (int i = 0; i < whole.size(); ++i) {
-            QByteArray flipped = whole;
-            flipped[i] = char(flipped.at(i) ^ (1 << i % 8));
-            const bool valid = isValid(flipped);
-            QVERIFY2(kinds.at(i) == '?' || valid == (kinds.at(i) == 'f'), qPrintable(QString::number(i)));
-        }
     }
 
     // On a thread of a pool that has no other, and with one bad signature among many good ones.
