@@ -13,34 +13,9 @@ namespace {
 const QStringList linkNames{"is_a"_s, "contains"_s, "relates_to"_s, "is_not_a"_s,
                             "is"_s,   "uses"_s,     "requires"_s};
 
-// The walks as they are described, step by step and without any guard: for graphs without cycles.
+// The search as it is described, step by step and without any guard: for graphs without cycles.
 
 using Types = QSet<int>;
-
-void followOutgoingLink(const PackageIndexLink &link, QSet<KeywordNode *> &result, const Types &allowed)
-{
-    static const QHash<int, Types> restrictions{
-        {IsA, {}}, {Contains, {Contains, RelatesTo}}, {RelatesTo, {RelatesTo}}, {Is, {RelatesTo}}};
-    if ((!allowed.isEmpty() && !allowed.contains(link.type)) || !link.node->isKeyword())
-        return;
-    result.insert(link.node->toKeyword());
-    if (!restrictions.contains(link.type))
-        return;
-    for (const PackageIndexLink &next : link.node->outgoingLinks())
-        followOutgoingLink(next, result, restrictions.value(link.type));
-}
-
-QSet<KeywordNode *> plainKeywords(const PackageNode *package)
-{
-    QSet<KeywordNode *> result;
-    for (const PackageIndexLink &link : package->outgoingLinks())
-        followOutgoingLink(link, result, {});
-    for (const PackageIndexLink &link : package->outgoingLinks()) {
-        if (link.type == IsNotA)
-            result.remove(link.node->toKeyword());
-    }
-    return result;
-}
 
 bool isAllowed(const QVector<LinkType> &stack)
 {
@@ -147,6 +122,8 @@ private Q_SLOTS:
             p is_a k, p is_not_a k, k is_a m                  | m
             p is_a k, k is_not_a m, k is_a m                  | k m
             p is_a k, k is_a m, m is_a k, m contains m        | k m
+            p contains k, p is_a k, k is_a m                  | k m
+            p is k, k relates_to m, m contains n, m is_a o    | k m
             p requires p2, p2 is_a k, p is_a m, m is_a p2     | m)")) {
             QStringList words =
                 ids(package(buildIndex({graph(row[0])}), "p"_s)->keywords()).split(QLatin1Char(' '));
@@ -175,14 +152,12 @@ private Q_SLOTS:
         }
     }
 
-    void agreesWithThePlainWalks()
+    void agreesWithThePlainSearch()
     {
         const quint32 seed = QRandomGenerator::global()->generate();
         qInfo("seed %u", seed);
         QRandomGenerator random(seed);
         const auto index = buildIndex({randomGraphs(random, false)});
-        for (const PackageNode *node : PackageIndex::selectPackages(index, {}, {}, {}))
-            QVERIFY2(node->keywords() == plainKeywords(node), qPrintable(node->id().toString()));
         int answers[] = {0, 0};
         for (const KeywordNode *node : PackageIndex::selectKeywords(index, {})) {
             for (const QString &type : {"a"_s, "a:b"_s, "b"_s}) {
