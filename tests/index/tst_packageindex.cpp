@@ -120,6 +120,7 @@ private Q_SLOTS:
         index->addSource(&b);
         QVERIFY(calls.isEmpty());
         index->build();
+        QVERIFY(index->addString("late"_s).isNull());
         package(index, "p"_s)->manifest();
         package(index, "p"_s)->readManifest("title"_s);
         index.reset();
