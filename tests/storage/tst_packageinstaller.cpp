@@ -69,6 +69,7 @@ private Q_SLOTS:
         LogCapture log("tamsel.packages"_s);
         QStringList order;
         QPointer<ManualInstaller> root = new ManualInstaller;
+        delete dependencyOf(root); // nobody waits for it any more
         ManualInstaller *middle = dependencyOf(root);
         ManualInstaller *leaf = dependencyOf(middle);
         connect(middle, &PackageInstaller::statusChanged, this, [&] { order.append("middle"_s); });
