@@ -6,6 +6,8 @@
 #include "support/signedledger.h"
 #include "support/table.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QtTest>
 
 #include <functional>
@@ -57,6 +59,28 @@ QByteArray number(int value)
 {
     const auto littleEndian = qToLittleEndian(quint32(value));
     return QByteArray(reinterpret_cast<const char *>(&littleEndian), 4);
+}
+
+// All that decides what is installed: the keys, and of each package what its issuer has signed.
+QString signedPart(const PackageLedger &ledger)
+{
+    QStringList parts;
+    for (const IssuerEntry &issuer : ledger.issuers)
+        parts.append(QString::fromLatin1(QByteArray(issuer.publicKey.data, issuer.publicKey.length).toHex()));
+    for (const PackageEntry &package : ledger.packages) {
+        QJsonObject manifest =
+            QJsonDocument::fromJson(QByteArray(package.manifest.data, package.manifest.length)).object();
+        manifest.remove("type"_s);
+        parts.append(ledger.types.at(package.typeIndex).toString() + QString::number(package.issuerIndex)
+                     + QString::fromUtf8(QJsonDocument(manifest).toJson()));
+        const QVector<PackageFile> files = packageFiles(package);
+        for (const PackageFile &file : files)
+            parts.append(
+                file.path
+                + QString::fromLatin1(
+                    QByteArray::fromRawData(reinterpret_cast<const char *>(file.digest), 28).toHex()));
+    }
+    return parts.join(QLatin1Char('\n'));
 }
 
 // A document of four payloads in the order of the header, spelled without any writer.
@@ -311,6 +335,22 @@ private Q_SLOTS:
         const QByteArray whole = sample().toByteArray();
         for (int size = 0; size < whole.size(); ++size)
             QVERIFY2(!isValid(whole.left(size)), qPrintable(QString::number(size)));
+    }
+
+    void refusesEveryFlippedBitThatMatters()
+    {
+        const QByteArray whole = sample().toByteArray();
+        const QString expected = signedPart(PackageLedger(whole, "tag"));
+        int refused = 0;
+        for (int i = 0; i < whole.size(); ++i) {
+            QByteArray flipped = whole;
+            flipped[i] = char(flipped.at(i) ^ (1 << i % 8));
+            const PackageLedger ledger(flipped, "tag");
+            refused += ledger.valid ? 0 : 1;
+            if (ledger.valid)
+                QCOMPARE(signedPart(ledger), expected);
+        }
+        QVERIFY(refused < whole.size()); // keywords and links are not signed
     }
 
     // On a thread of a pool that has no other, and with one bad signature among many good ones.
