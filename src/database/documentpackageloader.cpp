@@ -51,7 +51,7 @@ DocumentPackageLoader::~DocumentPackageLoader() = default;
 // The mark on the reference is all the memory that there is of what has been taken in hand.
 bool DocumentPackageLoader::tryLoad(const QString &id)
 {
-    if (!id.startsWith(prefix))
+    if (!provider || !id.startsWith(prefix))
         return false;
     PackageReference *reference = provider->packageReference(id);
     if (!reference)
