@@ -1,5 +1,6 @@
 #include "repository/localpackageaccessor.h"
 #include "repository/localpackagesource.h"
+#include "storage/packageinstaller.h"
 
 #include "support/directorycatalogue.h"
 #include "support/literals.h"
@@ -180,6 +181,30 @@ private Q_SLOTS:
         catalogue.link("missing"_s, "packages/dangling"_s);
         catalogue.link("../birds/owls/p"_s, "packages/linked/q"_s);
         QCOMPARE(catalogue.packages().join(QLatin1Char(' ')), "birds:owls/p fowl:owls/p linked/q"_s);
+    }
+
+    void readsLargeTrees()
+    {
+        Catalogue catalogue;
+        const QString levels = "a/"_s.repeated(500).chopped(1);
+        catalogue.writePackage(levels, "p"_s);
+        for (int i = 0; i < 20000; ++i)
+            catalogue.writeLink(QString::number(i), "is_a"_s, "k"_s);
+        const auto accessor = catalogue.read();
+        QCOMPARE(accessor->packageInfo(0).type, QString(levels).replace(QLatin1Char('/'), QLatin1Char(':')));
+        QCOMPARE(accessor->linkCount(), 20000);
+    }
+
+    void survivesATreeThatVanishes()
+    {
+        auto catalogue = std::make_unique<Catalogue>();
+        catalogue->writePackage("birds"_s, "p"_s, {{"title"_s, "owl"_s}});
+        const auto accessor = catalogue->read();
+        catalogue.reset();
+        QCOMPARE(accessor->packageManifest(0).value("title"_s).toString(), "owl"_s);
+        const std::unique_ptr<PackageInstaller> installer(
+            accessor->packageInstaller(0, InstallLocation::createRoot()));
+        QTRY_COMPARE(installer->status(), PackageInstaller::Succeeded);
     }
 
     void opensRegularFilesOnly()
