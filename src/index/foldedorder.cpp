@@ -8,9 +8,8 @@ namespace ts::pm {
 
 namespace {
 
-constexpr int charactersInWord = 3;
-constexpr int wordsInPage = 8192;
-constexpr int bitsOfCharacter = 21; // a code point and one more, since 0 stands for the end of the text
+constexpr int unitsInKey = 3;
+constexpr int bitsOfUnit = 21; // a code point and one more: 0 stands for the end of the text
 
 // What a code unit counts for in a comparison without regard to case: the second half of a surrogate pair
 // counts for the whole code point.
@@ -33,36 +32,7 @@ void FoldedOrder::reserve(int texts)
 
 void FoldedOrder::add(int group, const QStringRef &text)
 {
-    quint64 *const words = room(text.size() / charactersInWord + 1);
-    quint64 *next = words;
-    quint64 word = 0;
-    int missing = charactersInWord;
-    QChar previous;
-    for (const QChar unit : text) {
-        word = (word << bitsOfCharacter) | (foldedUnit(unit, previous) + 1);
-        previous = unit;
-        if (--missing == 0) {
-            *next++ = word;
-            word = 0;
-            missing = charactersInWord;
-        }
-    }
-    if (missing < charactersInWord)
-        *next++ = word << (missing * bitsOfCharacter);
-    entries.append({0, words, quint32(next - words), entries.size(), group});
-    freeWords -= int(next - free);
-    free = next;
-}
-
-// Where that many words fit; they are taken by moving on.
-quint64 *FoldedOrder::room(int wordCount)
-{
-    if (wordCount > freeWords) {
-        freeWords = qMax(wordCount, wordsInPage);
-        pages.push_back(std::make_unique<quint64[]>(size_t(freeWords)));
-        free = pages.back().get();
-    }
-    return free;
+    entries.append({0, text.unicode(), text.size(), entries.size(), group});
 }
 
 QVector<int> FoldedOrder::sorted()
@@ -70,7 +40,7 @@ QVector<int> FoldedOrder::sorted()
     sortByGroup();
     while (!unsorted.isEmpty()) {
         Range range = unsorted.takeLast();
-        range.depth += commonWords(range);
+        range.depth += commonUnits(range);
         loadKeys(range);
         std::sort(entries.begin() + range.first, entries.begin() + range.last,
                   [](const Entry &a, const Entry &b) { return a.key < b.key; });
@@ -93,7 +63,8 @@ void FoldedOrder::sortByGroup()
     }
     int end = 0;
     for (int &groupEnd : ends) {
-        unsorted.append({end, end + groupEnd, 0});
+        if (groupEnd > 1)
+            unsorted.append({end, end + groupEnd, 0});
         end += groupEnd;
         groupEnd = end;
     }
@@ -103,27 +74,46 @@ void FoldedOrder::sortByGroup()
     entries = grouped;
 }
 
-// The number of words, from the depth of the range on, that all its texts begin with.
-quint32 FoldedOrder::commonWords(const Range &range) const
+// The number of units, from the depth of the range on, that all its texts begin with: whole keys, or the
+// whole of the shortest text.
+int FoldedOrder::commonUnits(const Range &range) const
 {
     const Entry &model = entries.at(range.first);
-    const quint64 *modelText = model.words + range.depth;
-    quint32 common = model.length - range.depth;
-    for (int i = range.first + 1; i < range.last && common > 0; ++i) {
-        const Entry &entry = entries.at(i);
-        const quint64 *text = entry.words + range.depth;
-        common = qMin(common, entry.length - range.depth);
-        common = quint32(std::mismatch(modelText, modelText + common, text).first - modelText);
-    }
+    int common = model.length - range.depth;
+    for (int i = range.first + 1; i < range.last && common > 0; ++i)
+        common = commonUnits(model, entries.at(i), range.depth, common);
     return common;
+}
+
+int FoldedOrder::commonUnits(const Entry &a, const Entry &b, int depth, int most)
+{
+    const int end = depth + qMin(most, b.length - depth);
+    const QChar *different = std::mismatch(a.text + depth, a.text + end, b.text + depth).first;
+    int common = int(different - a.text);
+    if (common < end) {
+        common -= (common - depth) % unitsInKey;
+        while (common < end && keyAt(a, common) == keyAt(b, common))
+            common += unitsInKey;
+    }
+    return qMin(common, end) - depth;
+}
+
+// Some folded units of a text from \a depth on.
+quint64 FoldedOrder::keyAt(const Entry &entry, int depth)
+{
+    quint64 key = 0;
+    for (int i = depth; i < depth + unitsInKey; ++i) {
+        key <<= bitsOfUnit;
+        if (i < entry.length)
+            key |= foldedUnit(entry.text[i], i > 0 ? entry.text[i - 1] : QChar()) + 1;
+    }
+    return key;
 }
 
 void FoldedOrder::loadKeys(const Range &range)
 {
-    for (int i = range.first; i < range.last; ++i) {
-        Entry &entry = entries[i];
-        entry.key = range.depth < entry.length ? entry.words[range.depth] : 0;
-    }
+    for (int i = range.first; i < range.last; ++i)
+        entries[i].key = keyAt(entries.at(i), range.depth);
 }
 
 // Queues the runs of equal keys for comparison of what follows. Texts that have ended are equal.
@@ -133,8 +123,8 @@ void FoldedOrder::pushEqualRuns(const Range &range)
         int last = first + 1;
         while (last < range.last && entries.at(last).key == entries.at(first).key)
             ++last;
-        if (last - first > 1 && entries.at(first).key != 0)
-            unsorted.append({first, last, range.depth + 1});
+        if (last - first > 1 && entries.at(first).key % (1U << bitsOfUnit) != 0)
+            unsorted.append({first, last, range.depth + unitsInKey});
         first = last;
     }
 }

@@ -67,7 +67,7 @@ PackageIndexPrivate::PackageIndexPrivate(PackageIndex *q)
 // nodes refer to go last of all.
 PackageIndexPrivate::~PackageIndexPrivate()
 {
-    qDeleteAll(nodes);
+    nodes.clear();
     for (TranslatedManifest *manifest = retiredManifests; manifest;) {
         TranslatedManifest *next = manifest->nextRetired;
         delete manifest;

@@ -1,9 +1,9 @@
 #pragma once
 
+#include "index/nodetable_p.h"
 #include "index/packageindex.h"
 #include "index/stringbuffer_p.h"
 
-#include <QHash>
 #include <QMap>
 #include <QPair>
 #include <QVector>
@@ -14,7 +14,6 @@
 
 namespace ts::pm {
 
-class PackageIndexNode;
 struct TranslatedManifest;
 
 // Written by the build on its worker thread, then read-only, apart from the two atomics.
@@ -29,7 +28,7 @@ public:
 
     PackageIndex *const q;
     StringBuffer stringBuffer;
-    QHash<QStringRef, PackageIndexNode *> nodes; // owned
+    NodeTable nodes;
     QVector<PackageNode *> packages;
     QVector<KeywordNode *> keywords;
     QMap<QStringRef, QPair<int, int>> typeRanges; // first and last position in packages, both inclusive

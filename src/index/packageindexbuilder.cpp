@@ -20,7 +20,7 @@ namespace {
 
 constexpr double nanosecondsInMillisecond = 1000000.0;
 // More than a processor has memory accesses under way, few enough to stay in its cache.
-constexpr int linksInBlock = 64;
+constexpr int recordsInBlock = 64;
 
 template<typename Node>
 void applyOrder(QVector<Node *> &nodes, const QVector<int> &order)
@@ -61,11 +61,11 @@ void PackageIndexBuilder::build()
     for (int i = 0; i < accessorCount; ++i)
         buildGraph(i);
     connectNodes();
-    enterIds();
     collectNodes();
     sortKeywords();
-    sortPackages();
-    fillTypeRanges();
+    const PackageTypes types = packageTypes();
+    sortPackages(types);
+    fillTypeRanges(types);
     d.installLocation = InstallLocation::createRoot();
     d.stringBuffer.close();
     qCDebug(lcPackageIndex) << "Package index build took"
@@ -93,36 +93,25 @@ void PackageIndexBuilder::buildIndex(int accessorPosition)
 {
     PackageAccessor &accessor = *d.accessors[size_t(accessorPosition)];
     accessor.initialize();
-    const int packageCount = accessor.packageCount();
-    reserveNodes(packageCount);
-    for (int j = 0; j < packageCount; ++j)
-        addNode(new PackageNode(accessor.packageInfo(j), d.q, accessorPosition, j));
-    const int keywordCount = accessor.keywordCount();
-    reserveNodes(keywordCount);
-    for (int j = 0; j < keywordCount; ++j) {
-        if (KeywordNode *keyword = KeywordNode::create(accessor.keywordInfo(j), d.q))
-            addNode(keyword);
-    }
+    addNodes(accessor.packageCount(),
+             [&](int j) { return new PackageNode(accessor.packageInfo(j), d.q, accessorPosition, j); });
+    addNodes(accessor.keywordCount(),
+             [&](int j) { return KeywordNode::create(accessor.keywordInfo(j), d.q); });
 }
 
-void PackageIndexBuilder::reserveNodes(int more)
+template<typename Create>
+void PackageIndexBuilder::addNodes(int count, Create create)
 {
-    created.reserve(created.size() + more);
-    numbers.reserve(created.size() + more);
-}
-
-// The last record of an id wins, whatever kind of node an earlier one made.
-void PackageIndexBuilder::addNode(PackageIndexNode *node)
-{
-    const int number = numbers.insert(node->id(), created.size());
-    if (number < 0) {
-        qCWarning(lcPackageIndex) << "Too many ids with the hash of" << node->id();
-        delete node;
-    } else if (number == created.size()) {
-        created.append(node);
-    } else {
-        delete created.at(number);
-        created[number] = node;
+    d.nodes.reserve(d.nodes.nodes().size() + count);
+    std::array<PackageIndexNode *, recordsInBlock> block{};
+    int filled = 0;
+    for (int j = 0; j < count; ++j) {
+        if (PackageIndexNode *node = create(j))
+            block[size_t(filled++)] = node;
+        if (filled == recordsInBlock || j == count - 1) {
+            d.nodes.insert(block.data(), filled);
+            filled = 0;
+        }
     }
 }
 
@@ -131,9 +120,9 @@ void PackageIndexBuilder::buildGraph(int accessorPosition)
     const PackageAccessor &accessor = *d.accessors[size_t(accessorPosition)];
     const int linkCount = accessor.linkCount();
     links.reserve(links.size() + linkCount);
-    std::array<LinkInfo, linksInBlock> records;
-    for (int first = 0; first < linkCount; first += linksInBlock) {
-        const int count = qMin(linksInBlock, linkCount - first);
+    std::array<LinkInfo, recordsInBlock> records;
+    for (int first = 0; first < linkCount; first += recordsInBlock) {
+        const int count = qMin(recordsInBlock, linkCount - first);
         for (int i = 0; i < count; ++i)
             records[size_t(i)] = accessor.linkInfo(first + i);
         resolveLinks(records.data(), count);
@@ -143,20 +132,20 @@ void PackageIndexBuilder::buildGraph(int accessorPosition)
 // The look-ups of a block are under way at the same time.
 void PackageIndexBuilder::resolveLinks(const LinkInfo *records, int count)
 {
-    std::array<quint32, linksInBlock> hashes{};
+    std::array<quint32, recordsInBlock> hashes{};
     for (int i = 0; i < count; ++i)
-        hashes[size_t(i)] = numbers.announce(QStringRef(&records[i].to));
+        hashes[size_t(i)] = d.nodes.announce(QStringRef(&records[i].to));
     for (int i = 0; i < count; ++i)
-        numbers.approach(hashes[size_t(i)]);
+        d.nodes.approach(hashes[size_t(i)]);
     int from = -1;
     for (int i = 0; i < count; ++i) {
         const LinkInfo &link = records[i];
         if (link.from.isEmpty() || link.to.isEmpty() || link.type == InvalidLink)
             continue;
         // Sources often give the links of one node together.
-        if (from < 0 || created.at(from)->id() != link.from)
-            from = numbers.find(QStringRef(&link.from), numbers.announce(QStringRef(&link.from)));
-        const int to = numbers.find(QStringRef(&link.to), hashes[size_t(i)]);
+        if (from < 0 || !d.nodes.hasId(from, QStringRef(&link.from)))
+            from = d.nodes.numberOf(QStringRef(&link.from), d.nodes.announce(QStringRef(&link.from)));
+        const int to = d.nodes.numberOf(QStringRef(&link.to), hashes[size_t(i)]);
         if (from >= 0 && to >= 0) {
             qCDebug(lcPackageIndex) << "Creating link between" << link.from << "and" << link.to << "with type"
                                     << int(link.type);
@@ -169,49 +158,58 @@ void PackageIndexBuilder::resolveLinks(const LinkInfo *records, int count)
 
 void PackageIndexBuilder::connectNodes()
 {
-    connectNodes(&ResolvedLink::from, &ResolvedLink::to, &PackageIndexNode::outgoing);
-    connectNodes(&ResolvedLink::to, &ResolvedLink::from, &PackageIndexNode::incoming);
+    connectOutgoing();
+    connectIncoming();
     links.clear();
     links.squeeze();
 }
 
-// Puts the links into the order of the nodes that they are seen from before any node is touched, so that each
-// node is visited once and gets room for just its links: they are most of what an index holds.
-void PackageIndexBuilder::connectNodes(LinkEnd here, LinkEnd there, LinkVector vector)
+// Sources give the links that start at one node one after the other, so that most nodes have one run of them.
+void PackageIndexBuilder::connectOutgoing()
 {
-    QVector<int> ends(created.size() + 1, 0);
-    for (const ResolvedLink &link : qAsConst(links))
-        ++ends[link.*here + 1];
-    std::partial_sum(ends.begin(), ends.end(), ends.begin());
-    QVector<PackageIndexLink> ordered(links.size());
-    for (const ResolvedLink &link : qAsConst(links))
-        ordered[ends[link.*here]++] = {link.type, created.at(link.*there)};
-    int first = 0;
-    for (int i = 0; i < created.size(); ++i) {
-        if (ends.at(i) > first)
-            created.at(i)->*vector =
-                QVector<PackageIndexLink>(ordered.cbegin() + first, ordered.cbegin() + ends.at(i));
-        first = ends.at(i);
+    const QVector<PackageIndexNode *> &nodes = d.nodes.nodes();
+    for (auto run = links.cbegin(); run != links.cend();) {
+        const int from = run->from;
+        const auto end =
+            std::find_if(run, links.cend(), [from](const ResolvedLink &link) { return link.from != from; });
+        QVector<PackageIndexLink> &outgoing = nodes.at(from)->outgoing;
+        if (outgoing.isEmpty())
+            outgoing.reserve(int(end - run));
+        for (; run != end; ++run)
+            outgoing.append({run->type, nodes.at(run->to)});
     }
 }
 
-void PackageIndexBuilder::enterIds()
+// Links that end at one node come from everywhere. They are put into the order of the nodes before any node
+// is touched, so that each node is visited once and gets room for just its links.
+void PackageIndexBuilder::connectIncoming()
 {
-    d.nodes.reserve(created.size());
-    for (PackageIndexNode *node : qAsConst(created))
-        d.nodes.insert(node->id(), node);
+    const QVector<PackageIndexNode *> &nodes = d.nodes.nodes();
+    QVector<int> ends(nodes.size() + 1, 0);
+    for (const ResolvedLink &link : qAsConst(links))
+        ++ends[link.to + 1];
+    std::partial_sum(ends.begin(), ends.end(), ends.begin());
+    QVector<Origin> ordered(links.size());
+    for (const ResolvedLink &link : qAsConst(links))
+        ordered[ends[link.to]++] = {link.from, link.type};
+    int first = 0;
+    for (int i = 0; i < nodes.size(); ++i) {
+        QVector<PackageIndexLink> &incoming = nodes.at(i)->incoming;
+        incoming.reserve(ends.at(i) - first);
+        for (; first < ends.at(i); ++first)
+            incoming.append({ordered.at(first).type, nodes.at(ordered.at(first).node)});
+    }
 }
 
 void PackageIndexBuilder::collectNodes()
 {
-    d.packages.reserve(created.size());
-    for (PackageIndexNode *node : qAsConst(created)) {
+    d.packages.reserve(d.nodes.nodes().size());
+    for (PackageIndexNode *node : d.nodes.nodes()) {
         if (KeywordNode *keyword = node->toKeyword())
             d.keywords.append(keyword);
         else
             d.packages.append(node->toPackage());
     }
-    created.clear();
     rankAttributes();
 }
 
@@ -241,48 +239,53 @@ void PackageIndexBuilder::sortKeywords()
 }
 
 // By type, then by sort string without regard to case.
-void PackageIndexBuilder::sortPackages()
+void PackageIndexBuilder::sortPackages(const PackageTypes &types)
 {
-    const QVector<int> ranks = typeRanks();
     FoldedOrder order;
     order.reserve(d.packages.size());
     for (int i = 0; i < d.packages.size(); ++i) {
         const QString sortString = d.packages.at(i)->sortString();
-        order.add(ranks.at(i), QStringRef(&sortString));
+        order.add(types.ofPackages.at(i), QStringRef(&sortString));
     }
     applyOrder(d.packages, order.sorted());
     for (int i = 0; i < d.packages.size(); ++i)
         d.packages[i]->position = i;
 }
 
-// For each package the place of its type among the types.
-QVector<int> PackageIndexBuilder::typeRanks() const
+PackageIndexBuilder::PackageTypes PackageIndexBuilder::packageTypes() const
 {
-    QHash<QStringRef, int> ranks;
-    for (const PackageNode *package : qAsConst(d.packages))
-        ranks.insert(package->type(), 0);
-    QList<QStringRef> types = ranks.keys();
-    std::sort(types.begin(), types.end());
-    for (int i = 0; i < types.size(); ++i)
-        ranks[types.at(i)] = i;
-    QVector<int> ranksOfPackages;
-    ranksOfPackages.reserve(d.packages.size());
-    for (const PackageNode *package : qAsConst(d.packages))
-        ranksOfPackages.append(ranks.value(package->type()));
-    return ranksOfPackages;
+    PackageTypes types;
+    types.ofPackages.reserve(d.packages.size());
+    QHash<QStringRef, int> numbers;
+    for (const PackageNode *package : qAsConst(d.packages)) {
+        const auto known = numbers.constFind(package->type());
+        const int number = known != numbers.constEnd() ? *known : types.sorted.size();
+        if (number == types.sorted.size()) {
+            numbers.insert(package->type(), number);
+            types.sorted.append({package->type(), 0});
+        }
+        ++types.sorted[number].packageCount;
+        types.ofPackages.append(number);
+    }
+    std::sort(types.sorted.begin(), types.sorted.end(),
+              [](const PackageType &a, const PackageType &b) { return a.name < b.name; });
+    QVector<int> places(types.sorted.size());
+    for (int i = 0; i < types.sorted.size(); ++i)
+        places[numbers.value(types.sorted.at(i).name)] = i;
+    for (int &type : types.ofPackages)
+        type = places.at(type);
+    return types;
 }
 
-void PackageIndexBuilder::fillTypeRanges()
+void PackageIndexBuilder::fillTypeRanges(const PackageTypes &types)
 {
-    for (int first = 0; first < d.packages.size();) {
-        const QStringRef type = d.packages.at(first)->type();
-        int last = first;
-        while (last + 1 < d.packages.size() && d.packages.at(last + 1)->type() == type)
-            ++last;
-        enterTypeRange(type, first, last);
-        for (int end = type.size() - 1; end >= 0; --end) {
-            if (type.at(end) == QLatin1Char(':'))
-                enterTypeRange(type.left(end), first, last);
+    int first = 0;
+    for (const PackageType &type : types.sorted) {
+        const int last = first + type.packageCount - 1;
+        enterTypeRange(type.name, first, last);
+        for (int end = type.name.size() - 1; end >= 0; --end) {
+            if (type.name.at(end) == QLatin1Char(':'))
+                enterTypeRange(type.name.left(end), first, last);
         }
         first = last + 1;
     }

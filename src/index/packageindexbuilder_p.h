@@ -1,6 +1,5 @@
 #pragma once
 
-#include "index/nodenumbers_p.h"
 #include "index/packageindex_p.h"
 #include "index/packageindexnode.h"
 #include "repository/link.h"
@@ -24,36 +23,47 @@ public:
     void build();
 
 private:
-    // Ends are numbers of created nodes.
+    // Ends are numbers of nodes.
     struct ResolvedLink
     {
         int from;
         int to;
         LinkType type;
     };
-    using LinkEnd = int ResolvedLink::*;
-    using LinkVector = QVector<PackageIndexLink> PackageIndexNode::*;
+    struct Origin
+    {
+        int node;
+        LinkType type;
+    };
+    struct PackageType
+    {
+        QStringRef name;
+        int packageCount;
+    };
+    struct PackageTypes
+    {
+        QVector<PackageType> sorted;
+        QVector<int> ofPackages; // the place of the type of each package
+    };
 
     void chooseLanguage();
     void buildIndex(int accessorPosition);
-    void reserveNodes(int more);
-    void addNode(PackageIndexNode *node);
+    template<typename Create>
+    void addNodes(int count, Create create);
     void buildGraph(int accessorPosition);
     void resolveLinks(const LinkInfo *records, int count);
     void connectNodes();
-    void connectNodes(LinkEnd here, LinkEnd there, LinkVector vector);
-    void enterIds();
+    void connectOutgoing();
+    void connectIncoming();
     void collectNodes();
     void rankAttributes();
     void sortKeywords();
-    void sortPackages();
-    QVector<int> typeRanks() const;
-    void fillTypeRanges();
+    PackageTypes packageTypes() const;
+    void sortPackages(const PackageTypes &types);
+    void fillTypeRanges(const PackageTypes &types);
     void enterTypeRange(const QStringRef &type, int first, int last);
 
     PackageIndexPrivate &d;
-    QVector<PackageIndexNode *> created; // the nodes in order of creation, which is also that of their memory
-    NodeNumbers numbers;                 // of created nodes, by id
     QVector<ResolvedLink> links;
 };
 

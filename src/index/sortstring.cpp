@@ -53,8 +53,9 @@ bool SortString::isOnPath(const PackageIndexNode *node, int end) const
 void SortString::collectAttributes()
 {
     for (const PackageIndexLink &link : package.outgoingLinks()) {
-        const KeywordNode *keyword = link.node->toKeyword();
-        if (keyword && (link.type == Contains || link.type == Is))
+        if (link.type != Contains && link.type != Is)
+            continue;
+        if (const KeywordNode *keyword = link.node->toKeyword())
             attributes.append({link.type, keyword});
     }
     std::sort(attributes.begin(), attributes.end(), linkLess);
