@@ -1,4 +1,3 @@
-#include "couchserver.h"
 #include "workshop.h"
 
 #include "ledger/ledgerreader.h"
@@ -402,47 +401,6 @@ tree 0 de=/Bäume en=tree/trees en=wood
         server.terminate();
         QVERIFY(server.waitForFinished());
         QCOMPARE(server.exitStatus() == QProcess::NormalExit ? server.exitCode() : -1, 0);
-    }
-
-    void uploadsToCouchDB()
-    {
-        Workshop workshop;
-        fill(workshop.catalogue);
-        CouchServer server;
-        const QString upload = "couchdb CATALOGUE --url "_s + server.url();
-        const auto outcome = [&workshop](const QString &arguments) {
-            return workshop.run(arguments).output.remove(QRegularExpression("[^0-9 ]"_s)).simplified();
-        };
-        const auto check = [&server](const QString &id, const char *json) {
-            QJsonObject document = server.document(id);
-            for (const QString &key : {"_rev"_s, "_attachments"_s})
-                document.remove(key);
-            QCOMPARE(document, QJsonDocument::fromJson(json).object());
-        };
-        QCOMPARE(outcome(upload), "8 0 0 0"_s); // written, unchanged, deleted, left
-        QCOMPARE(server.takeReceived().size(), 5);
-        QCOMPARE(server.ids().join(QLatin1Char(' ')),
-                 "_design/melvoro _design/tamsel keyword:latin keyword:tree link:oak:is_a:tree "
-                 "link:tree:requires:top package:oak package:top"_s);
-        check("package:oak"_s, R"({"_id":"package:oak","packageType":"plant:tree",
-                                   "manifest":{"title":"Eiche","year":1753}})");
-        check("keyword:tree"_s, R"({"_id":"keyword:tree","keywordType":"noun","strings":{
-                                   "en":[{"sg":"tree","pl":"trees"},{"sg":"wood","pl":""}],
-                                   "de":[{"sg":"","pl":"B\u00e4ume"}]}})");
-        check("keyword:latin"_s, R"({"_id":"keyword:latin","keywordType":"literal","string":"Quercus"})");
-        check("link:oak:is_a:tree"_s,
-              R"({"_id":"link:oak:is_a:tree","from":"oak","to":"tree","linkType":"is_a"})");
-        QCOMPARE(outcome(upload), "0 8 0 0"_s);
-
-        workshop.catalogue.writeFile("packages/plant/tree/oak/file2.bin"_s, "new");
-        QVERIFY(QFile::remove(workshop.catalogue.path() + "/packages/plant/tree/oak/file3.bin"_s));
-        QVERIFY(QFile::remove(workshop.catalogue.path() + "/links/1.json"_s));
-        QCOMPARE(outcome(upload), "1 6 0 1"_s);
-        QCOMPARE(server.takeReceived().join(QLatin1Char(' ')), "file2.bin"_s);
-        QCOMPARE(server.document("package:oak"_s)["_attachments"_s].toObject().size(), 3);
-        QCOMPARE(outcome(upload + " --prune"_s), "0 7 1 0"_s);
-        QVERIFY(!server.ids().contains("link:oak:is_a:tree"_s));
-        QCOMPARE(workshop.run(upload + "x"_s).exitCode, 1);
     }
 };
 

@@ -128,20 +128,31 @@ private Q_SLOTS:
 
     void followsTheDatabase();
     void readsDocuments();
+    void uploadsWhatIsNew();
     void offersTheSampleCatalogue();
 
 private:
-    // Brings the catalogue into the database with the publisher's command, and with it the views.
+    // What the publisher's command tells of an upload, in numbers: documents that were written, unchanged,
+    // deleted, and left that are not in the catalogue. Empty if it fails.
+    QString upload(const QString &directory, const QStringList &options = {})
+    {
+        QProcess command;
+        command.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        command.start(QStringLiteral(TAMSEL_LEDGER),
+                      QStringList{"couchdb"_s, "--url"_s, server.url("/db"_s).toString(), directory}
+                          + options);
+        if (!command.waitForFinished(patience) || command.exitStatus() != QProcess::NormalExit
+            || command.exitCode() != 0)
+            return QString();
+        const QString output = QString::fromUtf8(command.readAllStandardOutput());
+        return QString(output).remove(QRegularExpression("[^0-9 ]"_s)).simplified();
+    }
+
+    // Brings the catalogue, and nothing else, into the database, and with it the views.
     bool publish(const QString &directory)
     {
         server.ask("PUT", QString()); // fails if the database is there
-        const QStringList arguments{"couchdb"_s, "--prune"_s, "--url"_s, server.url("/db"_s).toString(),
-                                    directory};
-        QProcess command;
-        command.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        command.start(QStringLiteral(TAMSEL_LEDGER), arguments);
-        return command.waitForFinished(patience) && command.exitStatus() == QProcess::NormalExit
-               && command.exitCode() == 0;
+        return !upload(directory, {"--prune"_s}).isEmpty();
     }
 
     Server server;
@@ -246,6 +257,50 @@ void tst_CouchDB::readsDocuments()
     QTRY_COMPARE_WITH_TIMEOUT(owl->getStructValue(QString(), "name"_s), QJsonValue("new"_s), patience);
     QCOMPARE(context.ids(), "owl"_s);
     context.packageRepository()->removeSource(&source);
+}
+
+void tst_CouchDB::uploadsWhatIsNew()
+{
+    DirectoryCatalogue catalogue;
+    catalogue.writePackage("plant/tree"_s, "oak"_s, {{"title"_s, "Eiche"_s}, {"year"_s, 1753}});
+    for (const QString &name : {"edited"_s, "kept"_s, "removed"_s})
+        catalogue.writeFile("packages/plant/tree/oak/"_s + name, "old");
+    catalogue.writeFile("dictionary/tree.json"_s, R"({"type":"noun","strings":{
+        "en":[{"sg":"tree","pl":"trees"},{"sg":"wood"}],"de":[{"sg":"","pl":"B\u00e4ume"}]}})");
+    catalogue.writeFile("dictionary/latin.json"_s, R"({"type":"literal","string":"Quercus"})");
+    catalogue.writeLink("tree"_s, "requires"_s, "oak"_s);
+    catalogue.writeLink("oak"_s, "is_a"_s, "tree"_s);
+    QCOMPARE(upload(catalogue.path()), QString()); // there is no database
+    server.ask("PUT", QString());
+    QCOMPARE(upload(catalogue.path()), "7 0 0 0"_s);
+    QCOMPARE(upload(catalogue.path()), "0 7 0 0"_s);
+    const auto stored = [this](const QString &id) {
+        return QJsonDocument::fromJson(server.ask("GET", "/"_s + id)).object();
+    };
+    for (const char *json : {R"({"_id":"package:oak","packageType":"plant:tree",
+                                 "manifest":{"title":"Eiche","year":1753}})",
+                             R"({"_id":"keyword:tree","keywordType":"noun","strings":{
+                                 "en":[{"sg":"tree","pl":"trees"},{"sg":"wood","pl":""}],
+                                 "de":[{"sg":"","pl":"B\u00e4ume"}]}})",
+                             R"({"_id":"keyword:latin","keywordType":"literal","string":"Quercus"})",
+                             R"({"_id":"link:oak:is_a:tree","from":"oak","to":"tree","linkType":"is_a"})"}) {
+        const QJsonObject expected = QJsonDocument::fromJson(json).object();
+        QJsonObject document = stored(expected["_id"_s].toString());
+        for (const QString &key : {"_rev"_s, "_attachments"_s})
+            document.remove(key);
+        QCOMPARE(document, expected);
+    }
+
+    catalogue.writeFile("packages/plant/tree/oak/edited"_s, "new");
+    QVERIFY(QFile::remove(catalogue.path() + "/packages/plant/tree/oak/removed"_s));
+    QVERIFY(QFile::remove(catalogue.path() + "/links/1.json"_s));
+    QCOMPARE(upload(catalogue.path()), "1 5 0 1"_s);
+    QCOMPARE(server.ask("GET", "/package:oak/edited"_s), QByteArray("new"));
+    const QJsonObject files = stored("package:oak"_s)["_attachments"_s].toObject();
+    QCOMPARE(files.keys().join(" "_s), "edited kept"_s);
+    QCOMPARE(files["kept"_s].toObject()["revpos"_s].toInt(), 1); // has not been sent again
+    QCOMPARE(upload(catalogue.path(), {"--prune"_s}), "0 6 1 0"_s);
+    QVERIFY(stored("link:tree:requires:oak"_s).isEmpty());
 }
 
 void tst_CouchDB::offersTheSampleCatalogue()
