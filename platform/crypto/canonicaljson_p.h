@@ -10,7 +10,8 @@ class QJsonValue;
 namespace ts::crypto {
 
 /**
- * Writes one JSON object in the canonical form of RFC 8785 into one buffer, without a copy in between.
+ * Writes one JSON object, or one string, in the canonical form of RFC 8785 into one buffer, without a copy in
+ * between.
  *
  * Threads: one at a time. Errors: a write that returns false has met what has no canonical form; what has
  * been written until then is of no use.
@@ -21,12 +22,12 @@ public:
     CanonicalJson();
 
     bool write(const QJsonObject &object);
+    bool writeString(QStringView text);
     QByteArray take();
 
 private:
     bool writeValue(const QJsonValue &value);
     bool writeArray(const QJsonArray &array);
-    bool writeString(QStringView text);
     bool writeDouble(double number);
     bool writeLiteral(const char *text, int size);
 

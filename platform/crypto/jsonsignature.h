@@ -2,7 +2,10 @@
 
 #include "tamselcrypto_export.h"
 
-class QByteArray;
+#include <QByteArray>
+#include <QLatin1String>
+#include <QStringView>
+
 class QJsonObject;
 
 namespace ts::crypto {
@@ -23,6 +26,19 @@ public:
      * as ECMAScript prints them, UTF-8 without a byte order mark.
      */
     static QByteArray toByteArray(const QJsonObject &object);
+
+    /**
+     * The canonical form of the JSON object in \a json without its member \a key, an ASCII text. What is no
+     * object counts as an empty one.
+     *
+     * The result is that of parsing the text, removing the member and writing the rest; but a text that is in
+     * canonical form already, as publishers usually write it, is only looked through, which takes a small
+     * part of the time.
+     */
+    static QByteArray toByteArray(const QByteArray &json, QLatin1String key);
+
+    /** A JSON string with that text, in quotes; a null array if a surrogate stands alone in it. */
+    static QByteArray toByteArray(QStringView text);
 };
 
 } // namespace ts::crypto

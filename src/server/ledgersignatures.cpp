@@ -7,9 +7,8 @@
 #include <TamselCrypto/JsonSignature>
 #include <TamselCrypto/PublicKey>
 
-#include <QJsonDocument>
-#include <QJsonObject>
-#include <QStringList>
+#include <QByteArrayList>
+#include <QStringBuilder>
 #include <QtConcurrent>
 
 #include <algorithm>
@@ -19,6 +18,7 @@ namespace ts::pm {
 
 namespace {
 
+using crypto::JsonSignature;
 using crypto::ed25519::PublicKey;
 using namespace ledgerformat;
 
@@ -35,41 +35,35 @@ bool isSignedBy(const PublicKey &key, const unsigned char *signature, const QByt
                          message);
 }
 
-QJsonObject signedManifest(const PackageEntry &package)
+QByteArray filesStatement(const PackageEntry &package)
 {
-    QJsonObject manifest = QJsonDocument::fromJson(rawView(package.manifest)).object();
-    manifest.remove(QStringLiteral("type"));
-    return manifest;
-}
-
-QString hexadecimal(const unsigned char *digest)
-{
-    QString text(DigestSize * 2, Qt::Uninitialized);
-    QChar *to = text.data();
-    for (int i = 0; i < DigestSize; ++i) {
-        *to++ = QLatin1Char("0123456789abcdef"[digest[i] >> 4]);
-        *to++ = QLatin1Char("0123456789abcdef"[digest[i] & 0xf]);
+    QByteArray text("{");
+    const QVector<PackageFile> files = packageFiles(package);
+    for (const PackageFile &file : files) {
+        const QByteArray path = JsonSignature::toByteArray(file.path);
+        if (path.isNull())
+            return QByteArray();
+        if (text.size() > 1)
+            text += ',';
+        text += path;
+        text += ":\"";
+        text += QByteArray::fromRawData(reinterpret_cast<const char *>(file.digest), DigestSize).toHex();
+        text += '"';
     }
+    text += '}';
     return text;
 }
 
-QJsonObject signedFiles(const PackageEntry &package)
+/** What the issuer of a package signs, an object in canonical form; null if it has none. \a type is a JSON
+ * string.
+ */
+QByteArray packageStatement(const PackageEntry &package, const QByteArray &type)
 {
-    QJsonObject members;
-    const QVector<PackageFile> files = packageFiles(package);
-    for (const PackageFile &file : files)
-        members.insert(file.path, hexadecimal(file.digest));
-    return members;
-}
-
-/** What the issuer of a package signs; null if it has no canonical form. */
-QByteArray packageStatement(const PackageEntry &package, const QString &type)
-{
-    QJsonObject statement;
-    statement.insert(QStringLiteral("type"), type);
-    statement.insert(QStringLiteral("manifest"), signedManifest(package));
-    statement.insert(QStringLiteral("files"), signedFiles(package));
-    return crypto::JsonSignature::toByteArray(statement);
+    const QByteArray files = filesStatement(package);
+    const QByteArray manifest = JsonSignature::toByteArray(rawView(package.manifest), QLatin1String("type"));
+    if (files.isNull() || manifest.isNull() || type.isNull())
+        return QByteArray();
+    return QByteArrayLiteral("{\"files\":") + files + ",\"manifest\":" + manifest + ",\"type\":" + type + '}';
 }
 
 bool hasAllDigests(const PackageEntry &package)
@@ -81,7 +75,7 @@ bool hasAllDigests(const PackageEntry &package)
 class PackageVerifier
 {
 public:
-    PackageVerifier(const QStringList &types, const QVector<PublicKey> &keys, std::atomic<int> *good)
+    PackageVerifier(const QByteArrayList &types, const QVector<PublicKey> &keys, std::atomic<int> *good)
         : types(types)
         , keys(keys)
         , good(good)
@@ -103,7 +97,7 @@ private:
         return !statement.isNull() && isSignedBy(keys.at(package.issuerIndex), package.signature, statement);
     }
 
-    QStringList types;
+    QByteArrayList types; // as JSON strings
     QVector<PublicKey> keys;
     std::atomic<int> *good;
 };
@@ -152,9 +146,9 @@ bool PackageLedger::verifySignatures()
             return false;
     }
 
-    QStringList typeNames;
+    QByteArrayList typeNames;
     for (const Utf8String &type : qAsConst(types))
-        typeNames.append(type.toString());
+        typeNames.append(JsonSignature::toByteArray(type.toString()));
     std::atomic<int> good(0);
     // Not blockingMap(), which leaves all the work to the pool: this call itself runs on one of its threads,
     // and in a full pool it would wait for ever. Started like this, the calling thread works too.

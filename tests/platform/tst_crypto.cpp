@@ -124,8 +124,58 @@ private Q_SLOTS:
             const QByteArray output = corpus.readLine();
             QCOMPARE(canonical(input) + '\n', output);
             QCOMPARE(canonical(output) + '\n', output);
+            QCOMPARE(JsonSignature::toByteArray(output.trimmed(), QLatin1String("absent")) + '\n', output);
         }
         QCOMPARE(cases, 10);
+    }
+
+    // The result has to be that of QJsonDocument, which texts that are nearly canonical try to evade.
+    void memberLeftOut()
+    {
+        const QLatin1String key("k");
+        const char *const texts[] = {
+            R"({})",
+            R"({"k":1})",
+            R"({"a":1,"k":2})",
+            R"({"k":{"k":[1,"x"]},"l":2})",
+            R"({"a":1,"k":0,"l":""})",
+            R"({"a":{"k":1},"l":[{"k":1}]})",
+            R"({"l":1,"a":2})",
+            R"({"a":1,"a":2,"k":3})",
+            R"({"k":1,"k":2})",
+            R"({"\u006b":1,"l":2})",
+            R"({"a":-0})",
+            R"({"a":00})",
+            R"({"a":1.0})",
+            R"({"a":1e2})",
+            R"({"a":-7})",
+            R"({"a":999999999999999})",
+            R"({"a":9007199254740993})",
+            R"({"a":-})",
+            R"({"a":tru})",
+            R"({ "a":1})",
+            R"({"a":1} )",
+            R"({"a":1}x)",
+            R"({"a":1)",
+            R"({"a":1,})",
+            R"({"a":[1,]})",
+            R"([1])",
+            "",
+            "{\"a\":\"\t\"}",
+            "{\"\xc3\xa4\":\"\xe2\x82\xac\xf0\x9f\x98\x80\",\"k\":1}",
+            "{\"a\":\"\xef\xbb\xbf b\"}",
+            "{\"a\":\"\xc0\xaf\"}",
+            "{\"a\":\"\xed\xa0\x80\"}",
+            "{\"a\":\"\xf4\x90\x80\x80\"}",
+            "{\"a\":\"\xc3\"}",
+            "{\"\xef\xac\xb3\":1,\"\xf0\x9f\x98\x80\":2}",
+            "{\"\xf0\x9f\x98\x80\":2,\"\xef\xac\xb3\":1}",
+        };
+        for (const char *text : texts) {
+            QJsonObject object = QJsonDocument::fromJson(text).object();
+            object.remove(key);
+            QCOMPARE(JsonSignature::toByteArray(QByteArray(text), key), JsonSignature::toByteArray(object));
+        }
     }
 
     void whatHasNoCanonicalForm()
