@@ -3,13 +3,13 @@
 #include "ledger/filecopy.h"
 #include "ledger/ledgerreader.h"
 #include "ledger/progress.h"
+#include "ledger/treelock.h"
 
 #include <TamselUtil/FileUtils>
 
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QLockFile>
 #include <QRegularExpression>
 #include <QtConcurrentMap>
 
@@ -58,10 +58,10 @@ bool Publisher::publish(const QByteArray &ledger, const LedgerRecords &records, 
 {
     if (!QDir().mkpath(tree.directory()))
         return fail(QStringLiteral("%1: cannot be made").arg(tree.directory()));
-    QLockFile lock(tree.lock());
-    lock.setStaleLockTime(0);
-    if (!lock.tryLock(lockTimeout))
-        return fail(QStringLiteral("%1: another publisher is at work").arg(tree.lock()));
+    TreeLock lock(tree.lock());
+    const QString error = lock.acquire(lockTimeout);
+    if (!error.isNull())
+        return fail(error);
     removeRemains();
     return collectTasks(records, catalogue) && writeFiles() && writeLedger(ledger)
            && (!options.prune || prune());
