@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <linux/capability.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace ts::pm::test {
+
+/** While it lives, the permissions of files bind the thread that made it, also if it is root's. */
+class Unprivileged
+{
+public:
+    Unprivileged()
+    {
+        syscall(SYS_capget, &header, before);
+        __user_cap_data_struct fewer[] = {before[0], before[1]};
+        fewer[0].effective &= ~((1U << CAP_DAC_OVERRIDE) | (1U << CAP_DAC_READ_SEARCH));
+        syscall(SYS_capset, &header, fewer);
+    }
+    ~Unprivileged() { syscall(SYS_capset, &header, before); }
+
+private:
+    Q_DISABLE_COPY(Unprivileged)
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    __user_cap_data_struct before[2]{};
+};
+
+} // namespace ts::pm::test
