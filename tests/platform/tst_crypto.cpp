@@ -78,40 +78,31 @@ private Q_SLOTS:
         QVERIFY(PublicKey::fromPEM(secret.publicKey().toPEM()).verify(copy.sign("owl"), "owl"));
         QVERIFY(secret.toPEM() != PrivateKey::generate().toPEM());
         QCOMPARE(PublicKey::fromDER(publicDer).toPEM(), pem("PUBLIC KEY", publicDer));
-        QCOMPARE(PublicKey::fromDER(publicDer).toPEM().size(), 113);
     }
 
-    void keyTexts_data()
+    void readsKeyTexts()
     {
-        QTest::addColumn<QByteArray>("text");
-        QTest::addColumn<bool>("usable");
         const QByteArray good = pem("PUBLIC KEY", publicDer);
         const auto edited = [&good](const char *before, const char *after) {
             return QByteArray(good).replace(before, after);
         };
-        const auto row = [](const char *name, const QByteArray &text, bool usable = false) {
-            QTest::newRow(name) << text << usable;
+        for (const QByteArray &text : {good, "Issued to: us\n" + good + "that is all", edited("\n", "\r\n"),
+                                       QByteArray(good).insert(60, '\n')})
+            QCOMPARE(PublicKey::fromPEM(text).toDER(), publicDer);
+        const QByteArray unusable[] = {
+            edited("-----END", ""),
+            pem("PRIVATE KEY", publicDer),
+            ' ' + good,
+            edited("KEY-----\nM", "KEY----- x\nM"),
+            QByteArray(good).insert(60, ' '),
+            QByteArray(good).insert(60, '\0'),
+            edited("=\n", "\n"),
+            pem("PUBLIC KEY", QByteArray(publicDer).replace(8, 1, "\x6e")), // another algorithm
+            pem("PUBLIC KEY", publicPrefix + '\1' + QByteArray(31, '\0')),  // of order one
         };
-        row("plain", good, true);
-        row("text around", "Issued to: us\n" + good + "that is all", true);
-        row("carriage returns", edited("\n", "\r\n"), true);
-        row("several lines", QByteArray(good).insert(60, '\n'), true);
-        row("no end", edited("-----END", ""));
-        row("other label", pem("PRIVATE KEY", publicDer));
-        row("indented", ' ' + good);
-        row("text behind the marker", edited("KEY-----\nM", "KEY----- x\nM"));
-        row("blank inside", QByteArray(good).insert(60, ' '));
-        row("NUL inside", QByteArray(good).insert(60, '\0'));
-        row("no padding", edited("=\n", "\n"));
-        row("other algorithm", pem("PUBLIC KEY", QByteArray(publicDer).replace(8, 1, "\x6e")));
-        row("order one", pem("PUBLIC KEY", publicPrefix + '\1' + QByteArray(31, '\0')));
-    }
-
-    void keyTexts()
-    {
-        QFETCH(QByteArray, text);
-        QTEST(bool(PublicKey::fromPEM(text)), "usable");
-        QCOMPARE(PublicKey::fromPEM(text).toDER(), PublicKey::fromPEM(text) ? publicDer : QByteArray());
+        for (const QByteArray &text : unusable)
+            QVERIFY2(!PublicKey::fromPEM(text) && PublicKey::fromPEM(text).toDER().isEmpty(),
+                     text.constData());
     }
 
     void canonicalForm()

@@ -3,7 +3,6 @@
 #include <TamselDataCore/Context>
 #include <TamselDataCore/LinkedDocument>
 #include <TamselDataCore/Loader>
-#include <TamselDataCore/ReferenceType>
 
 #include <QtTest>
 
@@ -12,7 +11,7 @@ using namespace ts::pm::test;
 
 namespace {
 
-QStringList history; // what loaders and reference types have been asked
+QStringList history; // what loaders have been asked
 
 class TestLoader : public Loader
 {
@@ -40,32 +39,6 @@ private:
     const bool deliversAtOnce;
 };
 
-class Bird : public QObject
-{
-    Q_OBJECT
-};
-
-Bird *knownBird = nullptr;
-
-struct BirdType
-{
-    static int typeId() { return 7; }
-    static bool isLegacyReference() { return false; }
-    static QByteArray identifier(Bird *bird) { return bird->objectName().toUtf8(); }
-    static bool canReference(LinkedDocument *, const QByteArray &id) { return id != "cuckoo"; }
-    static void attachReference(LinkedDocument *, const QByteArray &id) { note("attach", id); }
-    static void createReference(LinkedDocument *, Bird *bird) { note("create", identifier(bird)); }
-    static void deleteReference(LinkedDocument *, Bird *bird) { note("delete", identifier(bird)); }
-    static Bird *getReference(const LinkedDocument *, const QByteArray &id)
-    {
-        return knownBird && identifier(knownBird) == id ? knownBird : nullptr;
-    }
-    static void note(const char *what, const QByteArray &id)
-    {
-        history << QString::fromLatin1(what) + " "_s + QString::fromUtf8(id);
-    }
-};
-
 } // namespace
 
 class tst_DataCore : public QObject
@@ -73,7 +46,6 @@ class tst_DataCore : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { registerReferenceType<BirdType>(); }
     void init() { history.clear(); }
 
     void asksLoadersInOrder()
@@ -138,28 +110,6 @@ private Q_SLOTS:
                  QByteArray(R"({"a":{"c":{"d/e":"x"}},"o":{}})"));
         QCOMPARE(document.getStructValue("a/c"_s, "d/e"_s), QJsonValue("x"_s));
         QVERIFY(document.getStructValue("a/x"_s, "y"_s).isUndefined());
-    }
-
-    void linksToObjects()
-    {
-        LinkedDocument document("id"_s);
-        Bird bird;
-        knownBird = &bird;
-        bird.setObjectName(QString::fromUtf8("gr\xc3\xbcner/specht: %"));
-        const QString text = document.encodeReference(&bird);
-        QCOMPARE(text, "ref:7:gr%C3%BCner%2Fspecht%3A%20%25"_s);
-        QCOMPARE(document.decodeReference(text), &bird);
-        document.setStructValue("nest"_s, "egg"_s, text);
-        document.setStructValue("nest"_s, "egg"_s, QJsonValue::Undefined);
-        document.setData(
-            {{"list"_s, QJsonArray{"ref:7:owl"_s, "ref:7:cuckoo"_s, QJsonObject{{"k"_s, text}}}}});
-        QCOMPARE(history, (QStringList{"create "_s + bird.objectName(), "delete "_s + bird.objectName(),
-                                       "attach owl"_s, "attach "_s + bird.objectName()}));
-        for (const char *noLink : {"ref:", "ref:7", "ref:7:", "ref:8:owl", "ref:x:owl", "ref:7:owl"})
-            QVERIFY2(!document.decodeReference(QString::fromLatin1(noLink)), noLink);
-        bird.setObjectName("cuckoo"_s);
-        QVERIFY(document.encodeReference(&bird).isEmpty() && document.encodeReference(this).isEmpty());
-        knownBird = nullptr;
     }
 };
 

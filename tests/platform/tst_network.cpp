@@ -10,6 +10,7 @@
 #include <QBuffer>
 #include <QNetworkReply>
 #include <QUuid>
+#include <QtEndian>
 #include <QtTest>
 
 #include <zlib.h>
@@ -25,17 +26,13 @@ namespace {
 
 QByteArray gzip(const QByteArray &text)
 {
-    z_stream stream{};
-    deflateInit2(&stream, 9, Z_DEFLATED, 15 + 16, 9, Z_DEFAULT_STRATEGY);
-    QByteArray packed(int(deflateBound(&stream, uLong(text.size()))), Qt::Uninitialized);
-    stream.next_in = reinterpret_cast<Bytef *>(const_cast<char *>(text.constData()));
-    stream.avail_in = uInt(text.size());
-    stream.next_out = reinterpret_cast<Bytef *>(packed.data());
-    stream.avail_out = uInt(packed.size());
-    deflate(&stream, Z_FINISH);
-    packed.resize(int(stream.total_out));
-    deflateEnd(&stream);
-    return packed;
+    const auto little = [](uLong number) {
+        const auto bytes = qToLittleEndian(quint32(number));
+        return QByteArray(reinterpret_cast<const char *>(&bytes), 4);
+    };
+    const auto *bytes = reinterpret_cast<const Bytef *>(text.constData());
+    return QByteArray("\x1f\x8b\x08\0\0\0\0\0\0\xff", 10) + qCompress(text, 9).mid(6).chopped(4)
+           + little(crc32(0, bytes, uInt(text.size()))) + little(uLong(text.size()));
 }
 
 HttpAnswer raw(const QByteArray &bytes, HttpAnswer::Then then = HttpAnswer::Close)
@@ -52,7 +49,7 @@ struct Outcome
 {
     int finished = 0;
     int status = 0;
-    int error = 0;
+    int error = 0; // of QNetworkReply
     bool ok = false;
     QByteArray body;
     QByteArray hash;
@@ -179,8 +176,7 @@ private Q_SLOTS:
 
     void limitsHoldWhileBytesArrive()
     {
-        const QByteArray head = "HTTP/1.1 200 OK\r\n\r\n";
-        const auto endless = raw(head, HttpAnswer::Repeat);
+        const auto endless = raw("HTTP/1.1 200 OK\r\n\r\n", HttpAnswer::Repeat);
         const auto announced = raw("HTTP/1.1 200 OK\r\nContent-Length: 1000001\r\n\r\n", HttpAnswer::Stall);
         for (const HttpAnswer &answer : {endless, announced, packed(gzip(QByteArray(50000000, '\0')))}) {
             Sink sink;
@@ -194,76 +190,61 @@ private Q_SLOTS:
         }
     }
 
-    void redirects_data()
-    {
-        QTest::addColumn<QByteArray>("location"); // OTHER is a server on another port
-        QTest::addColumn<int>("status");
-        QTest::addColumn<int>("error");
-        QTest::addColumn<bool>("credentials");
-        const auto row = [](const char *location, int status, int error, bool credentials) {
-            QTest::newRow(location) << QByteArray(location) << status << error << credentials;
-        };
-        row("/y?a=b", 200, 0, true);
-        row("OTHER/y?a=b", 200, 0, false);
-        row("file:///etc/hostname", 302, QNetworkReply::InsecureRedirectError, false);
-        row("/x", 302, QNetworkReply::TooManyRedirectsError, true);
-    }
-
+    // Where to, with OTHER for a server on another port; status and error; whether the last request had
+    // credentials.
     void redirects()
     {
-        QFETCH(QByteArray, location);
-        ScriptedServer other;
-        const QByteArray origin =
-            other.url().toEncoded(QUrl::StripTrailingSlash).replace("//", "//me:theirs@");
-        location.replace("OTHER", origin);
-        QNetworkRequest get = request(HttpAnswer::redirect(302, location));
-        get.setRawHeader("Authorization", "Bearer secret");
-        get.setRawHeader("Cookie", "a=secret");
-        get.setRawHeader("If-None-Match", "\"a\"");
-        for (ScriptedServer *place : {&server, &other})
-            place->setAnswer("/y?a=b", HttpAnswer::with(200, "owl"));
-        const Outcome outcome = run(get, manager.data());
-        QTEST(outcome.status, "status");
-        QTEST(outcome.error, "error");
-        if (!outcome.ok)
-            return;
-        const HttpRequest last = (other.requests().isEmpty() ? server : other).requests().last();
-        QCOMPARE(last.path, "/y?a=b");
-        QCOMPARE(last.headers.value("if-none-match"), "\"a\"");
-        QTEST(last.headers.contains("authorization"), "credentials");
-        QTEST(last.headers.contains("cookie"), "credentials");
+        for (const Row &row : rows(R"(
+            /y?a=b               | 200 NoError               | yes
+            OTHER/y?a=b          | 200 NoError               | no
+            file:///etc/hostname | 302 InsecureRedirectError | yes
+            /x                   | 302 TooManyRedirectsError | yes)")) {
+            ScriptedServer other;
+            const QString origin = other.url().toString(QUrl::StripTrailingSlash);
+            const QString location =
+                row[0].replace("OTHER"_s, QString(origin).replace("//"_s, "//me:own@"_s));
+            QNetworkRequest get = request(HttpAnswer::redirect(302, location.toLatin1()));
+            for (const char *header : {"Authorization", "Cookie", "If-None-Match"})
+                get.setRawHeader(header, "a=secret");
+            for (ScriptedServer *place : {&server, &other})
+                place->setAnswer("/y?a=b", HttpAnswer::with(200, "owl"));
+            const Outcome outcome = run(get, manager.data());
+            const auto error = QVariant::fromValue(QNetworkReply::NetworkError(outcome.error)).toString();
+            QCOMPARE("%1 %2"_s.arg(outcome.status).arg(error), row[1]);
+            QCOMPARE(other.requests().size(), row[0].startsWith("OTHER"_s) ? 1 : 0);
+            const auto headers = (other.requests().isEmpty() ? server : other).requests().last().headers;
+            QCOMPARE(headers.contains("authorization"), row[2] == "yes"_s);
+            QCOMPARE(headers.contains("cookie"), row[2] == "yes"_s);
+            QCOMPARE(headers.value("if-none-match"), "a=secret");
+        }
     }
 
     void finishesOnceWhateverGoesAway()
     {
         const auto half = raw("HTTP/1.1 200 OK\r\nContent-Length: 4\r\n\r\nowl", HttpAnswer::Stall);
         const LogCapture log("tamsel.request"_s);
-        const auto complain = [](GetRequest *get) { get->setSuppressErrors(false); };
-        QCOMPARE(run(request(half), nullptr, complain).finished, 1);
-        QCOMPARE(run(QNetworkRequest(QUrl("file:///etc/hostname"_s)), manager.data()).finished, 1);
-
         auto mortal = std::make_unique<NetworkAccessManager>();
         auto sink = std::make_unique<Sink>();
+        const auto fails = [&](const HttpAnswer &answer, const SetUp &setUp) {
+            const Outcome outcome = run(request(answer), mortal ? mortal.get() : manager.data(), setUp);
+            return outcome.finished == 1 && outcome.error != 0 && !outcome.ok;
+        };
         const auto pour = [&sink](GetRequest *get) { get->setDataSink(sink.get()); };
         sink->before = [&] { QTimer::singleShot(0, this, [&] { mortal.reset(); }); };
-        Outcome outcome = run(request(half), mortal.get(), pour);
-        QVERIFY(outcome.finished == 1 && outcome.error != 0);
-
+        QVERIFY(fails(half, pour) && !mortal);
         sink->before = [] {};
         sink->share = 2;
-        outcome = run(request(half), manager.data(), pour);
-        QVERIFY(outcome.finished == 1 && outcome.error != 0);
-
-        outcome = run(request(HttpAnswer::with(200, "owl")), manager.data(), [&](GetRequest *get) {
+        QVERIFY(fails(half, pour));
+        QVERIFY(fails(HttpAnswer::with(200, "owl"), [&](GetRequest *get) {
             pour(get);
             sink.reset();
-        });
-        QVERIFY(outcome.finished == 1 && outcome.error != 0 && !outcome.ok);
-
-        outcome = run(request(half), manager.data(), [](GetRequest *get) {
+        }));
+        QVERIFY(fails(half, [](GetRequest *get) {
+            get->setSuppressErrors(false);
             connect(get->reply(), &QNetworkReply::readyRead, get, [get] { get->reply()->abort(); });
-        });
-        QVERIFY(outcome.finished == 1 && outcome.error != 0);
+        }));
+        QCOMPARE(run(request(half), nullptr).finished, 1);
+        QCOMPARE(run(QNetworkRequest(QUrl("file:///etc/hostname"_s)), manager.data()).finished, 1);
         QCOMPARE(log.lines().size(), 1); // of the one that was to complain
     }
 
@@ -312,47 +293,38 @@ private Q_SLOTS:
         }
     }
 
-    void serviceConnectsFromTheEventLoop()
-    {
-        for (const auto &[url, end] :
-             {std::pair("http://h/"_s, Service::Ready), {"ftp://h/"_s, Service::Failed}}) {
-            Service service{QUrl(url)};
-            QSignalSpy changed(&service, &Service::statusChanged);
-            service.enable();
-            service.enable();
-            QVERIFY(service.status() == Service::Connecting && changed.size() == 1);
-            QTRY_COMPARE(service.status(), end);
-            QCOMPARE(changed.size(), 2);
-            service.disable();
-            service.enable();
-            service.disable();
-            QCoreApplication::processEvents();
-            QCOMPARE(service.status(), Service::Disabled);
-        }
-    }
-
-    void serviceSendsItsCredentials()
+    void servicesConnectAndSendTheirCredentials()
     {
         ScriptedServer six(QHostAddress::LocalHostIPv6);
         six.setHandler([](const HttpRequest &) { return HttpAnswer::with(200); });
         QUrl url = six.url("/base"_s);
         url.setUserInfo("me:p%40ss"_s);
         Service service(url);
-        const auto get = [&service] {
-            ts::Request *sent = service.getRequest(QUrl("./y"_s));
-            sent->setSuppressErrors(true);
-            QSignalSpy finished(sent, &ts::Request::finished);
-            return finished.wait() && sent->isOk(200);
+        Service unusable(QUrl("ftp://h/"_s));
+        const auto sent = [&service] {
+            ts::Request *get = service.getRequest(QUrl("./y"_s));
+            get->setSuppressErrors(true);
+            QSignalSpy finished(get, &ts::Request::finished);
+            return finished.wait() && get->isOk(200);
         };
-        QVERIFY(!get());
-        service.enable();
-        QVERIFY(get());
+        QVERIFY(!sent());
+        QSignalSpy changed(&service, &Service::statusChanged);
+        for (Service *each : {&service, &unusable, &service})
+            each->enable();
+        QVERIFY(service.status() == Service::Connecting && changed.size() == 1); // until the event loop runs
+        QTRY_COMPARE(unusable.status(), Service::Failed);
+        QVERIFY(service.status() == Service::Ready && changed.size() == 2);
+        QVERIFY(sent());
         QCOMPARE(six.requests().last().path, "/base/y");
-        QCOMPARE(six.requests().last().headers.value("authorization"),
-                 "Basic " + QByteArray("me:p@ss").toBase64());
+        const QByteArray credentials = six.requests().last().headers.value("authorization");
+        QCOMPARE(credentials, "Basic " + QByteArray("me:p@ss").toBase64());
         service.setBearerToken("a\r\nX: y"_s);
-        QVERIFY(get());
-        QVERIFY(!six.requests().last().headers.contains("authorization"));
+        QVERIFY(sent() && !six.requests().last().headers.contains("authorization"));
+        service.disable();
+        service.enable();
+        service.disable();
+        QCoreApplication::processEvents();
+        QCOMPARE(service.status(), Service::Disabled);
     }
 
     void idsNameDirectories()
