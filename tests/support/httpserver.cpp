@@ -2,8 +2,6 @@
 
 #include <QTcpSocket>
 
-#include <algorithm>
-
 namespace ts::pm::test {
 
 namespace {
@@ -15,11 +13,8 @@ HttpRequest parse(const QByteArray &head)
     const QList<QByteArray> words = lines.first().trimmed().split(' ');
     request.method = words.value(0);
     request.path = words.value(1);
-    for (const QByteArray &line : lines.mid(1)) {
-        const int colon = line.indexOf(':');
-        if (colon > 0)
-            request.headers.insert(line.left(colon).toLower(), line.mid(colon + 1).trimmed());
-    }
+    for (const QByteArray &line : lines.mid(1))
+        request.headers.insert(line.split(':').first().toLower(), line.mid(line.indexOf(':') + 1).trimmed());
     return request;
 }
 
@@ -33,42 +28,19 @@ HttpAnswer HttpAnswer::with(int status, const QByteArray &body, const QByteArray
             {}};
 }
 
-HttpAnswer HttpAnswer::redirect(int status, const QByteArray &location)
-{
-    return with(status, "moved", "Location: " + location + "\r\n");
-}
-
 ScriptedServer::ScriptedServer(const QHostAddress &address)
-    : handler([](const HttpRequest &) { return HttpAnswer::with(404, "nothing here"); })
 {
     connect(&server, &QTcpServer::newConnection, this, &ScriptedServer::accept);
     if (!server.listen(address))
         qFatal("ScriptedServer: %s", qPrintable(server.errorString()));
 }
 
-void ScriptedServer::setHandler(const Handler &newHandler)
-{
-    handler = newHandler;
-}
-
-void ScriptedServer::setAnswer(const QByteArray &path, const HttpAnswer &answer)
-{
-    answers.insert(path, answer);
-}
-
 QUrl ScriptedServer::url(const QString &path) const
 {
-    QUrl base;
-    base.setScheme(QStringLiteral("http"));
+    QUrl base(QStringLiteral("http://host"));
     base.setHost(server.serverAddress().toString());
     base.setPort(server.serverPort());
     return base.resolved(QUrl(path));
-}
-
-int ScriptedServer::count(const QByteArray &path) const
-{
-    return int(std::count_if(received.cbegin(), received.cend(),
-                             [&path](const HttpRequest &request) { return request.path == path; }));
 }
 
 void ScriptedServer::accept()

@@ -5,6 +5,7 @@
 #include <QUrl>
 #include <QVector>
 
+#include <algorithm>
 #include <functional>
 
 class QTcpSocket;
@@ -34,7 +35,10 @@ struct HttpAnswer
 
     /** A whole answer, with Content-Length and "Connection: close". Each header ends in "\r\n". */
     static HttpAnswer with(int status, const QByteArray &body = {}, const QByteArray &headers = {});
-    static HttpAnswer redirect(int status, const QByteArray &location);
+    static HttpAnswer redirect(int status, const QByteArray &location)
+    {
+        return with(status, "moved", "Location: " + location + "\r\n");
+    }
 };
 
 /**
@@ -51,17 +55,21 @@ public:
     explicit ScriptedServer(const QHostAddress &address = QHostAddress::LocalHost);
 
     /** For paths without an answer of their own; 404 at first. */
-    void setHandler(const Handler &handler);
+    void setHandler(const Handler &newHandler) { handler = newHandler; }
 
     /** The answer to every request for \a path from now on. */
-    void setAnswer(const QByteArray &path, const HttpAnswer &answer);
+    void setAnswer(const QByteArray &path, const HttpAnswer &answer) { answers.insert(path, answer); }
 
     /** The URL of \a path, which begins with a slash. */
     QUrl url(const QString &path = QStringLiteral("/")) const;
 
     /** The complete requests so far, in order. */
     const QVector<HttpRequest> &requests() const { return received; }
-    int count(const QByteArray &path) const;
+    int count(const QByteArray &path) const
+    {
+        return int(std::count_if(received.cbegin(), received.cend(),
+                                 [&path](const HttpRequest &request) { return request.path == path; }));
+    }
 
     /** Connections that are open now. */
     int connections() const { return server.findChildren<QObject *>(QStringLiteral("connection")).size(); }
@@ -72,7 +80,7 @@ private:
     static void send(QTcpSocket *socket, const HttpAnswer &answer);
 
     QTcpServer server;
-    Handler handler;
+    Handler handler = [](const HttpRequest &) { return HttpAnswer::with(404, "nothing here"); };
     QMap<QByteArray, HttpAnswer> answers;
     QVector<HttpRequest> received;
 };

@@ -30,16 +30,11 @@ SignedLedger::SignedLedger(int issuers)
     if (!file.open(QIODevice::ReadOnly))
         qFatal("Cannot read the development key");
     rootKey = PrivateKey::fromPEM(file.readAll());
-    for (int i = 0; i < issuers; ++i)
-        addIssuer("Issuer " + QByteArray::number(i), "Department");
-}
-
-quint16 SignedLedger::addIssuer(const QByteArray &name, const QByteArray &secondName)
-{
-    issuerKeys.append(PrivateKey::generate());
-    records.issuers.append({QByteArray(), name, secondName, QByteArray()});
-    sign(records.issuers.last(), issuerKeys.constLast().publicKey().toDER());
-    return quint16(records.issuers.size() - 1);
+    for (int i = 0; i < issuers; ++i) {
+        issuerKeys.append(PrivateKey::generate());
+        records.issuers.append({QByteArray(), "Issuer " + QByteArray::number(i), "Department", QByteArray()});
+        sign(records.issuers.last(), issuerKeys.constLast().publicKey().toDER());
+    }
 }
 
 quint32 SignedLedger::addPackage(const QByteArray &id, const QByteArray &type, const QByteArray &manifest,

@@ -18,10 +18,8 @@ class SignedLedger
 public:
     using Contents = QMap<QByteArray, QByteArray>; // path to content
 
+    /** With so many issuers, each with a new key. */
     explicit SignedLedger(int issuers = 1);
-
-    /** An issuer with a new key; returns its index. */
-    quint16 addIssuer(const QByteArray &name, const QByteArray &secondName);
 
     /** Returns the index of the package. */
     quint32 addPackage(const QByteArray &id, const QByteArray &type, const QByteArray &manifest,
@@ -41,6 +39,8 @@ public:
     QByteArray toByteArray() const;
 
     ledger::LedgerRecords records;
+
+private:
     crypto::ed25519::PrivateKey rootKey;
     QVector<crypto::ed25519::PrivateKey> issuerKeys;
 };
