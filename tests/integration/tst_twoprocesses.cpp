@@ -1,6 +1,10 @@
 #include "childprocess.h"
 
+#include "database/persistedlisting_p.h"
 #include "server/packageledger.h"
+#include "storage/filestore.h"
+#include "storage/filestoretarget.h"
+#include "storage/installlocation.h"
 #include "storage/installlocationroot_p.h"
 #include "support/literals.h"
 #include "support/signedledger.h"
@@ -8,25 +12,106 @@
 #include <Tamsel/Locations>
 
 #include <QDirIterator>
-#include <QRandomGenerator>
+#include <QtConcurrentRun>
 #include <QtTest>
 
 #include <array>
+#include <cstdio>
 #include <memory>
 
 using namespace ts::pm;
 using namespace ts::pm::test;
 
+Q_LOGGING_CATEGORY(lcWorker, "worker", QtCriticalMsg)
+
 namespace {
 
-constexpr int patience = 60000; // milliseconds
-constexpr int kills = 30;
+const auto toLedger = "packages/servers/one"_s;
+const auto toListing = "packages/couchdb/one"_s;
 
-QByteArray hashOf(const QString &path, QCryptographicHash::Algorithm algorithm)
+QString place(const QString &path)
+{
+    return ts::Locations::dataLocation().filePath(path);
+}
+
+QByteArray hashOf(const QByteArray &content, QCryptographicHash::Algorithm algorithm)
+{
+    return QCryptographicHash::hash(content, algorithm).toHex();
+}
+
+QByteArray read(const QString &path)
 {
     QFile file(path);
-    QCryptographicHash hash(algorithm);
-    return file.open(QIODevice::ReadOnly) && hash.addData(&file) ? hash.result().toHex() : QByteArray();
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+bool write(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
+}
+
+// Whether there are files, each of which is named by its content.
+bool holdsWholeFiles(const QDir &directory, QCryptographicHash::Algorithm algorithm)
+{
+    const QStringList names = directory.entryList(QDir::Files);
+    return !names.isEmpty() && std::all_of(names.begin(), names.end(), [&](const QString &name) {
+        return hashOf(read(directory.filePath(name)), algorithm) == name.toLatin1();
+    });
+}
+
+// Others may have swept the location away before it was locked, since they take it for an old one. What is
+// installed is looked at where that cannot be.
+bool store(const QByteArray &content, const InstallLocation &location)
+{
+    const QString id = QString::fromLatin1(hashOf(content, QCryptographicHash::Sha224));
+    const auto files = FileStore::defaultStore();
+    const QScopedPointer<FileStoreTarget> target(files->getTarget(id, QCryptographicHash::Sha224));
+    target->write(content);
+    const bool stored = target->commit() == 0;
+    location.installFile(files->pathForId(id), id);
+    return stored;
+}
+
+bool persistLedger(const QByteArray &document, const QByteArray &tag)
+{
+    PackageLedger(document, tag).persist(QDir(place(toLedger)), "one"_s);
+    return PackageLedger(QDir(place(toLedger))).data == document;
+}
+
+// What load() finds may have been replaced by another process as soon as it returns.
+bool persistListing(const QByteArray &content)
+{
+    PersistedListing listing(lcWorker, toListing);
+    (void)listing.load();
+    listing.hash = hashOf(content, QCryptographicHash::Md5);
+    listing.dataFile.path = place("listing-%1"_s.arg(QCoreApplication::applicationPid()));
+    const bool written = write(listing.dataFile.path, content);
+    listing.persist();
+    return written;
+}
+
+// Prints an install root that it holds, then does what applications do to a data location, one step for each
+// line of its input. After each it prints "done", or the step that failed.
+int work(const QByteArray &document)
+{
+    const auto root = InstallLocation::createRoot();
+    const auto say = [](const QString &line) { return std::puts(qPrintable(line)) + std::fflush(stdout); };
+    say(root.directory(false).absolutePath());
+    QtConcurrent::run([] {
+        while (true)
+            cleanup(QDateTime::currentDateTime().addSecs(400)); // takes every root for an old one
+    });
+    for (int step = 0; std::getchar() != EOF; step = (step + 1) % 3) {
+        // All processes want the same at about the same time.
+        const qint64 number = QDateTime::currentMSecsSinceEpoch() / 20;
+        const QByteArray content = QByteArray(100000, char(number)) + QByteArray::number(number);
+        const bool succeeds = step == 0   ? store(content, root)
+                              : step == 1 ? persistLedger(document, content.right(20))
+                                          : persistListing(content);
+        say(succeeds ? "done"_s : "failed: %1"_s.arg(step));
+    }
+    return 0;
 }
 
 } // namespace
@@ -37,9 +122,65 @@ class tst_TwoProcesses : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
-    void surviveEachOther();
-    void cleanup();
+    void initTestCase()
+    {
+        for (char id = 'a'; id < 'f'; ++id)
+            ledger.addPackage(QByteArray(1, id), "tree", "{\"text\":\"" + QByteArray(50000, id) + "\"}");
+        QVERIFY(ts::Locations::setDataLocation(QDir(data.path())));
+        QVERIFY(write(place("document"_s), ledger.toByteArray()));
+    }
+
+    void surviveEachOther()
+    {
+        // One lives through it all, with a lock as old as that of an application that has run for days.
+        const Worker survivor = start();
+        const QString root = survivor->nextLine();
+        QFile lock(root + "/.lock"_s);
+        QVERIFY(lock.open(QIODevice::ReadWrite));
+        QVERIFY(
+            lock.setFileTime(QDateTime::currentDateTime().addDays(-2), QFileDevice::FileModificationTime));
+        std::array<Worker, 2> victims{start(), start()};
+        constexpr int kills = 30;
+        for (int i = 0; i < kills; ++i) {
+            survivor->write("\n\n");
+            Worker &victim = victims.at(i % 2);
+            victim->write(QByteArray(20, '\n'));
+            QVERIFY(!victim->nextLine().isEmpty()); // its root
+            for (int lines = i * 7 % 10; lines > 0; --lines)
+                QCOMPARE(victim->nextLine(), "done"_s);
+            victim = start(); // and the one before is killed
+        }
+        victims = {};
+        for (int i = 0; i < 2 * kills; ++i)
+            QCOMPARE(survivor->nextLine(), "done"_s);
+
+        // It goes on sweeping.
+        const QStringList itsOwn{QFileInfo(root).fileName()};
+        QTRY_COMPARE_WITH_TIMEOUT(_installDir().entryList(QDir::Dirs | QDir::NoDotAndDotDot), itsOwn, 60000);
+        QVERIFY(holdsWholeFiles(QDir(root), QCryptographicHash::Sha224));
+        survivor->end();
+        ts::pm::cleanup(QDateTime::currentDateTime().addSecs(400));
+        QVERIFY(_installDir().isEmpty());
+    }
+
+    // Under its final name every file is whole. What a process was writing when it was killed has a dot in
+    // its name.
+    void leaveWholeFiles()
+    {
+        int files = 0;
+        for (QDirIterator it(place("packages/files"_s), QDir::Files, QDirIterator::Subdirectories);
+             it.hasNext();) {
+            const QByteArray content = read(it.next());
+            if (it.fileName().contains(QLatin1Char('.')))
+                continue;
+            const QString id = it.fileInfo().dir().dirName() + it.fileName();
+            QCOMPARE(hashOf(content, QCryptographicHash::Sha224), id.toLatin1());
+            ++files;
+        }
+        QVERIFY(files > 0);
+        QCOMPARE(PackageLedger(QDir(place(toLedger))).data, ledger.toByteArray());
+        QVERIFY(holdsWholeFiles(QDir(place(toListing)), QCryptographicHash::Md5));
+    }
 
 private:
     using Worker = std::unique_ptr<ChildProcess>;
@@ -47,101 +188,23 @@ private:
     Worker start() const
     {
         auto worker = std::make_unique<ChildProcess>();
-        worker->setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        worker->start(QStringLiteral(WORKER), {data.path(), data.filePath("document"_s)});
+        worker->start(QCoreApplication::applicationFilePath(), {"--work"_s, data.path()});
         return worker;
-    }
-
-    static QString nextLine(const Worker &worker)
-    {
-        while (!worker->canReadLine() && worker->waitForReadyRead(patience)) {
-        }
-        return QString::fromUtf8(worker->readLine()).trimmed();
-    }
-
-    static void kill(const Worker &worker)
-    {
-        worker->kill();
-        worker->waitForFinished();
     }
 
     const QTemporaryDir data;
     SignedLedger ledger;
 };
 
-void tst_TwoProcesses::initTestCase()
+// The test, or with "--work" and a data location one of its processes.
+int main(int argc, char *argv[])
 {
-    for (char id = 'a'; id < 'f'; ++id)
-        ledger.addPackage(QByteArray(1, id), "tree", R"({"text":")" + QByteArray(50000, id) + "\"}");
-    QFile file(data.filePath("document"_s));
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(file.write(ledger.toByteArray()) > 0);
-    QVERIFY(ts::Locations::setDataLocation(QDir(data.path())));
+    const QCoreApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments();
+    if (arguments.value(1) == "--work"_s)
+        return ts::Locations::setDataLocation(QDir(arguments.value(2))) ? work(read(place("document"_s))) : 1;
+    tst_TwoProcesses test;
+    return QTest::qExec(&test, argc, argv);
 }
-
-void tst_TwoProcesses::surviveEachOther()
-{
-    const quint32 seed = qEnvironmentVariableIsSet("SEED") ? qEnvironmentVariable("SEED").toUInt()
-                                                           : QRandomGenerator::global()->generate();
-    qInfo("SEED=%u", seed);
-    QRandomGenerator random(seed);
-    // One lives through it all, with a lock as old as that of an application that has run for days.
-    const Worker survivor = start();
-    const QString root = nextLine(survivor);
-    QFile lock(root + "/.lock"_s);
-    QVERIFY(lock.open(QIODevice::ReadWrite));
-    QVERIFY(lock.setFileTime(QDateTime::currentDateTime().addDays(-2), QFileDevice::FileModificationTime));
-    std::array<Worker, 2> victims{start(), start()};
-    for (quint32 i = 0; i < kills; ++i) {
-        survivor->write("\n\n");
-        Worker &victim = victims[i % victims.size()];
-        victim->write(QByteArray(20, '\n'));
-        QVERIFY(!nextLine(victim).isEmpty()); // its root
-        for (quint32 lines = random.bounded(10U); lines > 0; --lines)
-            QCOMPARE(nextLine(victim), "done"_s);
-        kill(victim);
-        victim = start();
-    }
-    for (const Worker &victim : victims)
-        kill(victim);
-    for (int i = 0; i < 2 * kills; ++i)
-        QCOMPARE(nextLine(survivor), "done"_s);
-
-    // It goes on sweeping.
-    const QDir::Filters roots = QDir::Dirs | QDir::NoDotAndDotDot;
-    QTRY_COMPARE_WITH_TIMEOUT(_installDir().entryList(roots), QStringList(QFileInfo(root).fileName()),
-                              patience);
-    const QFileInfoList installed = QDir(root).entryInfoList(QDir::Files);
-    QVERIFY(!installed.isEmpty());
-    for (const QFileInfo &file : installed)
-        QCOMPARE(hashOf(file.filePath(), QCryptographicHash::Sha224), file.fileName().toLatin1());
-    kill(survivor);
-    ts::pm::cleanup(QDateTime::currentDateTime().addSecs(400));
-    QVERIFY(_installDir().isEmpty());
-}
-
-// Whatever has happened, under its final name every file is whole. What a process was writing when it was
-// killed has a dot in its name.
-void tst_TwoProcesses::cleanup()
-{
-    int files = 0;
-    for (QDirIterator it(data.filePath("packages/files"_s), QDir::Files, QDirIterator::Subdirectories);
-         it.hasNext();) {
-        const QString path = it.next();
-        if (it.fileName().contains(QLatin1Char('.')))
-            continue;
-        const QString id = it.fileInfo().dir().dirName() + it.fileName();
-        QCOMPARE(hashOf(path, QCryptographicHash::Sha224), id.toLatin1());
-        ++files;
-    }
-    QVERIFY(files > 0);
-    QCOMPARE(PackageLedger(QDir(data.filePath("packages/servers/one"_s))).data, ledger.toByteArray());
-    const QFileInfoList listings = QDir(data.filePath("packages/couchdb/one"_s)).entryInfoList(QDir::Files);
-    QVERIFY(!listings.isEmpty());
-    for (const QFileInfo &file : listings)
-        QCOMPARE(hashOf(file.filePath(), QCryptographicHash::Md5), file.fileName().toLatin1());
-}
-
-QTEST_GUILESS_MAIN(tst_TwoProcesses)
 
 #include "tst_twoprocesses.moc"
