@@ -1,9 +1,7 @@
 #include "workshop.h"
 
-#include "server/packageledger.h"
 #include "support/literals.h"
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QTest>
 
@@ -42,22 +40,6 @@ Outcome Workshop::run(const QString &arguments) const
         return {-1, QString(), process.errorString()};
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
             QString::fromUtf8(process.readAllStandardError())};
-}
-
-QString Workshop::faultOfTree() const
-{
-    const PackageLedger ledger(content("www/api/v1/ledger/index"_s), QByteArray());
-    if (!ledger.valid)
-        return "the ledger is not valid"_s;
-    for (const PackageEntry &package : ledger.packages) {
-        for (const unsigned char *digest : package.files) {
-            const QByteArray bytes(reinterpret_cast<const char *>(digest), 28);
-            const QByteArray file = content("www/api/v1/ledger/"_s + QString::fromLatin1(bytes.toHex()));
-            if (QCryptographicHash::hash(file, QCryptographicHash::Sha224) != bytes)
-                return "a file of %1 is not there"_s.arg(package.id.toString());
-        }
-    }
-    return QString();
 }
 
 } // namespace ts::pm::test

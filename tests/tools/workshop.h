@@ -32,10 +32,6 @@ public:
      * by which the issuer signs. */
     Outcome run(const QString &arguments) const;
 
-    /** The ledger in "www" is good, and all of its files lie there with the right content; otherwise why not.
-     */
-    QString faultOfTree() const;
-
     DirectoryCatalogue catalogue;
 
 private:

@@ -35,7 +35,7 @@ QString fingerprintOf(const IssuerRecord &issuer)
 
 QString displayOf(const QByteArray &value)
 {
-    return toText(value).replace(QChar::Null, QLatin1String(" / "));
+    return QString::fromUtf8(value.constData(), value.size()).replace(QChar::Null, QLatin1String(" / "));
 }
 
 template<typename Record, typename Function>
