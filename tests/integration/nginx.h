@@ -2,7 +2,13 @@
 
 #include "childprocess.h"
 
-#include <QStringList>
+#include "support/files.h"
+#include "support/literals.h"
+
+#include <QRegularExpression>
+#include <QTcpServer>
+#include <QTcpSocket>
+#include <QTest>
 #include <QUrl>
 
 namespace ts::pm::test {
@@ -12,22 +18,60 @@ class Nginx
 {
 public:
     /** Serves the directory "www" in \a directory and writes what it needs beside it. */
-    explicit Nginx(const QString &directory);
-    ~Nginx() { stop(); }
+    explicit Nginx(const QString &directory)
+        : directory(directory + QLatin1Char('/'))
+    {
+        QTcpServer free;
+        free.listen(QHostAddress::LocalHost);
+        port = free.serverPort();
+    }
 
     /** Starts it, anew if it runs, with \a directives added. The port stays the same. */
-    [[nodiscard]] bool start(const QString &directives = QString());
-    void stop();
+    [[nodiscard]] bool start(const QString &directives = QString())
+    {
+        stop();
+        QFile::remove(directory + "access.log"_s);
+        if (!configure(directives))
+            return false;
+        process.start(QStringLiteral(NGINX), {"-p"_s, directory, "-c"_s, "nginx.conf"_s, "-e"_s, "stderr"_s});
+        const auto settled = [this] { return process.state() == QProcess::NotRunning || answers(); };
+        return process.waitForStarted() && QTest::qWaitFor(settled, 30000)
+               && process.state() == QProcess::Running;
+    }
+    void stop() { process.end(); }
 
-    QUrl url() const;
+    QUrl url() const { return QUrl("http://127.0.0.1:%1"_s.arg(port)); }
 
-    /** Answers so far that match \a pattern, as in "status;path;tag;credentials;encoding" with what was asked
-     * for and how the body came. */
-    int count(const QString &pattern) const;
+    /** Answers since it was started that match \a pattern, as in "status;path;tag;credentials;encoding" with
+     * what was asked for and how the body came. */
+    int count(const QString &pattern) const
+    {
+        const QString log = QString::fromUtf8(readFile(directory + "access.log"_s));
+        return log.split(QLatin1Char('\n')).filter(QRegularExpression("^%1$"_s.arg(pattern))).size();
+    }
 
 private:
-    bool answers() const;
-    void configure(const QString &directives) const;
+    bool answers() const
+    {
+        QTcpSocket socket;
+        socket.connectToHost(QHostAddress(QHostAddress::LocalHost), port);
+        return socket.waitForConnected(1000);
+    }
+
+    bool configure(const QString &directives) const
+    {
+        const QString page = QString::fromUtf8(readFile(QStringLiteral(PUBLISHING_PAGE)));
+        QString server = page.section("```nginx\n"_s, 1).section("```"_s, 0, 0);
+        server.replace("443 ssl"_s, "127.0.0.1:%1"_s.arg(port));
+        server.replace("/srv/catalogue;"_s, "%1www;\n%2"_s.arg(directory, directives));
+        for (const char *kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
+            server.prepend("%1_temp_path temporary;\n"_s.arg(QLatin1String(kind)));
+        const auto format = "$status;$request_uri;$http_if_none_match;$http_authorization;"
+                            "$sent_http_content_encoding"_s;
+        const auto frame = "daemon off; master_process off; pid nginx.pid; events {}\n"
+                           "http { log_format test escape=none \"%1\"; access_log access.log test; %2 }"_s;
+        return writeFile(directory + "nginx.conf"_s, frame.arg(format, server).toUtf8());
+    }
 
     const QString directory;
     ChildProcess process;

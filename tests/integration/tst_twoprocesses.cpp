@@ -6,6 +6,7 @@
 #include "storage/filestoretarget.h"
 #include "storage/installlocation.h"
 #include "storage/installlocationroot_p.h"
+#include "support/files.h"
 #include "support/literals.h"
 #include "support/signedledger.h"
 
@@ -39,24 +40,12 @@ QByteArray hashOf(const QByteArray &content, QCryptographicHash::Algorithm algor
     return QCryptographicHash::hash(content, algorithm).toHex();
 }
 
-QByteArray read(const QString &path)
-{
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
-
-bool write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
-}
-
 // Whether there are files, each of which is named by its content.
 bool holdsWholeFiles(const QDir &directory, QCryptographicHash::Algorithm algorithm)
 {
     const QStringList names = directory.entryList(QDir::Files);
     return !names.isEmpty() && std::all_of(names.begin(), names.end(), [&](const QString &name) {
-        return hashOf(read(directory.filePath(name)), algorithm) == name.toLatin1();
+        return hashOf(readFile(directory.filePath(name)), algorithm) == name.toLatin1();
     });
 }
 
@@ -86,7 +75,7 @@ bool persistListing(const QByteArray &content)
     (void)listing.load();
     listing.hash = hashOf(content, QCryptographicHash::Md5);
     listing.dataFile.path = place("listing-%1"_s.arg(QCoreApplication::applicationPid()));
-    const bool written = write(listing.dataFile.path, content);
+    const bool written = writeFile(listing.dataFile.path, content);
     listing.persist();
     return written;
 }
@@ -127,7 +116,7 @@ private Q_SLOTS:
         for (char id = 'a'; id < 'f'; ++id)
             ledger.addPackage(QByteArray(1, id), "tree", "{\"text\":\"" + QByteArray(50000, id) + "\"}");
         QVERIFY(ts::Locations::setDataLocation(QDir(data.path())));
-        QVERIFY(write(place("document"_s), ledger.toByteArray()));
+        QVERIFY(writeFile(place("document"_s), ledger.toByteArray()));
     }
 
     void surviveEachOther()
@@ -170,7 +159,7 @@ private Q_SLOTS:
         int files = 0;
         for (QDirIterator it(place("packages/files"_s), QDir::Files, QDirIterator::Subdirectories);
              it.hasNext();) {
-            const QByteArray content = read(it.next());
+            const QByteArray content = readFile(it.next());
             if (it.fileName().contains(QLatin1Char('.')))
                 continue;
             const QString id = it.fileInfo().dir().dirName() + it.fileName();
@@ -202,7 +191,8 @@ int main(int argc, char *argv[])
     const QCoreApplication application(argc, argv);
     const QStringList arguments = QCoreApplication::arguments();
     if (arguments.value(1) == "--work"_s)
-        return ts::Locations::setDataLocation(QDir(arguments.value(2))) ? work(read(place("document"_s))) : 1;
+        return ts::Locations::setDataLocation(QDir(arguments.value(2))) ? work(readFile(place("document"_s)))
+                                                                        : 1;
     tst_TwoProcesses test;
     return QTest::qExec(&test, argc, argv);
 }
