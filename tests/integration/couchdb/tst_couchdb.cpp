@@ -6,9 +6,11 @@
 #include "database/documentpackagesource.h"
 #include "index/packageindex.h"
 #include "index/packagenode.h"
+#include "integration/childprocess.h"
 #include "presentation/packagereference.h"
 #include "repository/localpackagesource.h"
 #include "support/directorycatalogue.h"
+#include "support/files.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
 #include "support/testprovider.h"
@@ -18,7 +20,6 @@
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
-#include <QProcess>
 #include <QtTest>
 
 using namespace ts::pm;
@@ -32,26 +33,13 @@ constexpr int patience = 60000; // milliseconds; the server and the publisher's 
 class Server
 {
 public:
-    ~Server() { stop(); }
-
     [[nodiscard]] bool start()
     {
-        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         process.start(QStringLiteral(NODE), {QStringLiteral(SERVER), port});
-        while (process.waitForReadyRead(patience)) {
-            if (process.canReadLine()) {
-                port = QString::fromLatin1(process.readLine().trimmed());
-                return !port.isEmpty();
-            }
-        }
-        return false;
+        port = process.nextLine();
+        return !port.isEmpty();
     }
-
-    void stop()
-    {
-        process.kill();
-        process.waitForFinished();
-    }
+    void stop() { process.end(); }
 
     QUrl url(const QString &path = QString()) const { return QUrl("http://localhost:"_s + port + path); }
 
@@ -63,33 +51,31 @@ public:
         const std::unique_ptr<QNetworkReply> reply(
             manager.sendCustomRequest(request, method, QJsonDocument(json).toJson()));
         QSignalSpy finished(reply.get(), &QNetworkReply::finished);
-        return finished.wait(patience) && reply->error() == QNetworkReply::NoError ? reply->readAll()
-                                                                                   : QByteArray();
+        const bool succeeds = finished.wait(patience) && reply->error() == QNetworkReply::NoError;
+        return succeeds ? reply->readAll() : QByteArray();
+    }
+
+    QJsonObject document(const QString &id)
+    {
+        return QJsonDocument::fromJson(ask("GET", "/"_s + id)).object();
     }
 
     /** Writes the document \a id with the given members, on top of the revision that is there. */
-    [[nodiscard]] bool put(const QString &id, QJsonObject document)
+    [[nodiscard]] bool put(const QString &id, QJsonObject members)
     {
-        const QByteArray present = ask("GET", "/"_s + id);
-        if (!present.isEmpty())
-            document.insert("_rev"_s, QJsonDocument::fromJson(present).object().value("_rev"_s));
-        return !ask("PUT", "/"_s + id, document).isEmpty();
-    }
-
-    [[nodiscard]] bool remove(const QString &id)
-    {
-        const QJsonObject present = QJsonDocument::fromJson(ask("GET", "/"_s + id)).object();
-        return !ask("DELETE", "/"_s + id + "?rev="_s + present.value("_rev"_s).toString()).isEmpty();
+        if (const QJsonValue revision = document(id).value("_rev"_s); revision.isString())
+            members.insert("_rev"_s, revision);
+        return !ask("PUT", "/"_s + id, members).isEmpty();
     }
 
     QNetworkAccessManager manager;
 
 private:
-    QProcess process;
+    ChildProcess process;
     QString port = "0"_s;
 };
 
-/** A data context that has the packages of \a provider. */
+/** A data context with packages of its own. */
 class PackageContext : public ts::data::Context, public IPackageProvider
 {
     Q_OBJECT
@@ -136,11 +122,9 @@ private:
     // deleted, and left that are not in the catalogue. Empty if it fails.
     QString upload(const QString &directory, const QStringList &options = {})
     {
-        QProcess command;
-        command.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        command.start(QStringLiteral(TAMSEL_LEDGER),
-                      QStringList{"couchdb"_s, "--url"_s, server.url("/db"_s).toString(), directory}
-                          + options);
+        ChildProcess command;
+        const QStringList arguments{"couchdb"_s, "--url"_s, server.url("/db"_s).toString(), directory};
+        command.start(QStringLiteral(TAMSEL_LEDGER), arguments + options);
         if (!command.waitForFinished(patience) || command.exitStatus() != QProcess::NormalExit
             || command.exitCode() != 0)
             return QString();
@@ -156,25 +140,22 @@ private:
     }
 
     Server server;
-    const QMap<QString, QByteArray> files{{"plain.txt"_s, "owl"},
-                                          {"a b"_s, "blank"},
-                                          {QString::fromUtf8("\xc3\xbc\xe6\x97\xa5"), "letters"},
-                                          {"100%25"_s, "percent"},
-                                          {"q?#&+;:"_s, "signs"},
-                                          {"twin"_s, "owl"}};
 };
 
 void tst_CouchDB::followsTheDatabase()
 {
+    const QMap<QString, QByteArray> files{{"plain.txt"_s, "owl"},        {"a b"_s, "blank"},
+                                          {"\u00fc\u65e5"_s, "letters"}, {"100%25"_s, "percent"},
+                                          {"q?#&+;:"_s, "signs"},        {"twin"_s, "owl"}};
     DirectoryCatalogue catalogue;
     catalogue.writePackage("hike"_s, "empty"_s);
     catalogue.writePackage("hike"_s, "trail"_s, {{"title"_s, "old"_s}});
     for (auto content = files.begin(); content != files.end(); ++content)
         catalogue.writeFile("packages/hike/trail/"_s + content.key(), content.value());
     // Names of attachments can have slashes, those of files cannot.
-    const QJsonObject attachment{{"content_type"_s, "application/octet-stream"_s}, {"data"_s, "ZGVlcA=="_s}};
+    const QByteArray nested = R"({"a b/c?":{"content_type":"application/octet-stream","data":"ZGVlcA=="}})";
     const QJsonObject deep{{"packageType"_s, "hike"_s},
-                           {"_attachments"_s, QJsonObject{{"a b/c?"_s, attachment}}}};
+                           {"_attachments"_s, QJsonDocument::fromJson(nested).object()}};
     QVERIFY(publish(catalogue.path()) && server.put("package:deep"_s, deep));
 
     PackageContext context(server.url(), "db"_s);
@@ -185,19 +166,16 @@ void tst_CouchDB::followsTheDatabase()
 
     const PackageReference *trail = context.packageReference("trail"_s);
     QTRY_COMPARE_WITH_TIMEOUT(trail->status(), PackageReference::Installed, patience);
-    for (auto content = files.begin(); content != files.end(); ++content) {
-        QFile file(trail->installLocation().pathToFile(content.key()));
-        QVERIFY2(file.open(QIODevice::ReadOnly) && file.readAll() == content.value(),
-                 qPrintable(content.key()));
-    }
+    for (auto content = files.begin(); content != files.end(); ++content)
+        QCOMPARE(readFile(trail->installLocation().pathToFile(content.key())), content.value());
     QTRY_COMPARE_WITH_TIMEOUT(context.packageReference("empty"_s)->status(), PackageReference::Installed,
                               patience);
     {
         const LogCapture log("tamsel.packages"_s);
-        const PackageReference *nested = context.packageReference("deep"_s);
-        QTRY_COMPARE(nested->status(),
-                     PackageReference::Incomplete); // there are no directories to install into
-        const QUrl url = nested->fileUrl("a b/c?"_s);
+        const PackageReference *reference = context.packageReference("deep"_s);
+        QTRY_COMPARE(reference->status(),
+                     PackageReference::Incomplete); // without directories to install into
+        const QUrl url = reference->fileUrl("a b/c?"_s);
         QCOMPARE(server.ask("GET", url.path(QUrl::FullyEncoded).mid(3)), QByteArray("deep"));
     }
 
@@ -207,9 +185,7 @@ void tst_CouchDB::followsTheDatabase()
     source->update();
     QTRY_COMPARE_WITH_TIMEOUT(context.ids(), "empty trail"_s, patience);
     QTRY_COMPARE_WITH_TIMEOUT(trail->manifestField("title"_s), QJsonValue("new"_s), patience);
-    QFile file(trail->installLocation().pathToFile("plain.txt"_s));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("wren"));
+    QCOMPARE(readFile(trail->installLocation().pathToFile("plain.txt"_s)), QByteArray("wren"));
 
     // The server goes, the application is started again, the server returns with other data, the database
     // goes.
@@ -252,7 +228,8 @@ void tst_CouchDB::readsDocuments()
 
     const ts::data::LinkedDocument *owl = context.openDocument("owl"_s);
     QCOMPARE(owl->getStructValue(QString(), "name"_s), QJsonValue("old"_s));
-    QVERIFY(server.put("owl"_s, {{"type"_s, "bird"_s}, {"name"_s, "new"_s}}) && server.remove("wren"_s));
+    QVERIFY(server.put("owl"_s, {{"type"_s, "bird"_s}, {"name"_s, "new"_s}})
+            && server.put("wren"_s, {{"_deleted"_s, true}}));
     source.update();
     QTRY_COMPARE_WITH_TIMEOUT(owl->getStructValue(QString(), "name"_s), QJsonValue("new"_s), patience);
     QCOMPARE(context.ids(), "owl"_s);
@@ -274,9 +251,6 @@ void tst_CouchDB::uploadsWhatIsNew()
     server.ask("PUT", QString());
     QCOMPARE(upload(catalogue.path()), "7 0 0 0"_s);
     QCOMPARE(upload(catalogue.path()), "0 7 0 0"_s);
-    const auto stored = [this](const QString &id) {
-        return QJsonDocument::fromJson(server.ask("GET", "/"_s + id)).object();
-    };
     for (const char *json : {R"({"_id":"package:oak","packageType":"plant:tree",
                                  "manifest":{"title":"Eiche","year":1753}})",
                              R"({"_id":"keyword:tree","keywordType":"noun","strings":{
@@ -285,7 +259,7 @@ void tst_CouchDB::uploadsWhatIsNew()
                              R"({"_id":"keyword:latin","keywordType":"literal","string":"Quercus"})",
                              R"({"_id":"link:oak:is_a:tree","from":"oak","to":"tree","linkType":"is_a"})"}) {
         const QJsonObject expected = QJsonDocument::fromJson(json).object();
-        QJsonObject document = stored(expected["_id"_s].toString());
+        QJsonObject document = server.document(expected["_id"_s].toString());
         for (const QString &key : {"_rev"_s, "_attachments"_s})
             document.remove(key);
         QCOMPARE(document, expected);
@@ -296,25 +270,22 @@ void tst_CouchDB::uploadsWhatIsNew()
     QVERIFY(QFile::remove(catalogue.path() + "/links/1.json"_s));
     QCOMPARE(upload(catalogue.path()), "1 5 0 1"_s);
     QCOMPARE(server.ask("GET", "/package:oak/edited"_s), QByteArray("new"));
-    const QJsonObject files = stored("package:oak"_s)["_attachments"_s].toObject();
+    const QJsonObject files = server.document("package:oak"_s)["_attachments"_s].toObject();
     QCOMPARE(files.keys().join(" "_s), "edited kept"_s);
     QCOMPARE(files["kept"_s].toObject()["revpos"_s].toInt(), 1); // has not been sent again
     QCOMPARE(upload(catalogue.path(), {"--prune"_s}), "0 6 1 0"_s);
-    QVERIFY(stored("link:tree:requires:oak"_s).isEmpty());
+    QVERIFY(server.document("link:tree:requires:oak"_s).isEmpty());
 }
 
 void tst_CouchDB::offersTheSampleCatalogue()
 {
-    const QString directory = QStringLiteral(SAMPLE_CATALOGUE);
-    if (directory.isEmpty())
-        QSKIP("built without the examples, and so without a sample catalogue");
-    QVERIFY(publish(directory));
+    QVERIFY(publish(QStringLiteral(SAMPLE_CATALOGUE)));
     PackageContext context(server.url(), "db"_s);
     CouchDBPackageSource source(server.url("/db"_s), &server.manager);
     context.packageRepository()->addSource(&source);
     source.update();
     PackageContext local{QUrl(), QString()};
-    LocalPackageSource localSource(directory);
+    LocalPackageSource localSource(QStringLiteral(SAMPLE_CATALOGUE));
     local.packageRepository()->addSource(&localSource);
     QVERIFY(local.rebuild() && local.ids().size() > 1000);
     QTRY_COMPARE_WITH_TIMEOUT(context.ids(), local.ids(), patience);
