@@ -1,5 +1,4 @@
 #include "index/packagesnapshot.h"
-#include "repository/packagerepository.h"
 #include "storage/packageinstaller.h"
 
 #include "graph.h"
@@ -83,40 +82,17 @@ class tst_PackageNode : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void filtersAndOrders()
-    {
-        QVERIFY(PackageIndex::selectPackages({}, {}, {}, {}).isEmpty());
-        const auto index = buildIndex({graph("p1/a, p2/b, p3/a, p4/b:c, p5/a"_s)});
-        const auto odd = [](PackageNode *node) { return node->id() != "p4"_s && node->id() != "p2"_s; };
-        const auto byType = [](const PackageNode *a, const PackageNode *b) { return b->type() < a->type(); };
-        QCOMPARE(ids(PackageIndex::selectPackages(index, {}, odd, byType)), "p1 p3 p5"_s);
-        QCOMPARE(ids(PackageIndex::selectPackages(index, "b"_s, odd, {})), QString());
-
-        // A stable sort keeps the order of the index among equals, however many there are.
-        QStringList many;
-        for (int i = 1000; i < 1100; ++i)
-            many.append("p%1"_s.arg(i));
-        const auto never = [](const PackageNode *, const PackageNode *) { return false; };
-        const auto large = buildIndex({graph(many.join(", "_s))});
-        QCOMPARE(ids(PackageIndex::selectPackages(large, {}, {}, never)), many.join(QLatin1Char(' ')));
-    }
-
     void listsKeepTheirIndex()
     {
-        PackageRepository repository(PackageRepository::PersistOnRequest);
-        auto source = std::make_unique<MemorySource>();
-        source->catalogue = graph("p is_a k"_s);
-        source->catalogue.manifests.insert("p"_s, {{"title"_s, "owl"_s}});
-        source->catalogue.packages.first().revision = "7-abc"_s;
-        QSignalSpy changed(&repository, &PackageRepository::packageIndexChanged);
-        repository.addSource(source.get());
-        QVERIFY(changed.wait());
-        const QWeakPointer<PackageIndex> index = repository.packageIndex();
+        MemoryCatalogue catalogue = graph("p is_a k"_s);
+        catalogue.manifests["p"_s] = {{"title"_s, "owl"_s}};
+        catalogue.packages.first().revision = "7-abc"_s;
+        auto shared = buildIndex({catalogue});
+        const QWeakPointer<PackageIndex> index = shared;
         auto packages = PackageIndex::selectPackages(index, {}, {}, {});
         auto keywords = PackageIndex::selectKeywords(index, {});
         PackageSnapshot snapshot(index, package(index, "p"_s));
-        source.reset();
-        QVERIFY(changed.wait() && index.toStrongRef() != repository.packageIndex());
+        shared.reset();
         packages = PackageList(packages);
         QCOMPARE(packages.at(0)->revision().toString(), "7-abc"_s);
         packages = PackageList();
@@ -132,25 +108,24 @@ private Q_SLOTS:
     void translatesManifests()
     {
         FakeTranslator translator;
+        const QString numbered = "{\"field\": %1, \"other\": 1}"_s;
         for (const Row &row : rows(R"(
-            "id:owl"                                | "owl -1 in de"
-            "id:Käuze"                              | "Käuze -1 in de"
+            "id:owl"                                | "owl -1 in %1"
+            "id:Käuze"                              | "Käuze -1 in %1"
             [1.5, true, null, "owl"]                | [1.5,true,null,"owl"]
-            ["id:a", ["id:b"], {"c": "id:c"}]       | ["a -1 in de",["b -1 in de"],{"c":"c -1 in de"}]
-            {"id:k": "id:a", "o": {"b": ["id:b"]}}  | {"id:k":"a -1 in de","o":{"b":["b -1 in de"]}})")) {
-            const auto index = indexOfPackage(json("{\"field\": %1, \"other\": 1}"_s.arg(row[0])));
+            ["id:a", ["id:b"], {"c": "id:c"}]       | ["a -1 in %1",["b -1 in %1"],{"c":"c -1 in %1"}]
+            {"id:k": "id:a", "o": {"b": ["id:b"]}}  | {"id:k":"a -1 in %1","o":{"b":["b -1 in %1"]}})")) {
+            const auto index = indexOfPackage(json(numbered.arg(row[0])));
             const PackageNode *node = package(index, "p"_s);
-            QJsonObject expected = json("{\"field\": %1, \"other\": 1}"_s.arg(row[1]));
-            QCOMPARE(node->manifest(), expected);
-            QCOMPARE(node->readManifest("field"_s), expected.value("field"_s));
+            for (const QString &language : {"de"_s, "en"_s}) {
+                translator.language = language;
+                index->invalidateManifests();
+                const QJsonObject expected = json(numbered.arg(row[1].replace("%1"_s, language)));
+                QCOMPARE(node->manifest(), expected);
+                translator.language = "fr"_s; // which counts as soon as somebody says so
+                QCOMPARE(node->readManifest("field"_s), expected.value("field"_s));
+            }
             QVERIFY(node->readManifest("missing"_s).isUndefined());
-            translator.language = "en"_s;
-            QCOMPARE(node->manifest(), expected); // as long as nobody says otherwise
-            index->invalidateManifests();
-            expected = json("{\"field\": %1, \"other\": 1}"_s.arg(row[1].replace(" in de"_s, " in en"_s)));
-            QCOMPARE(node->manifest(), expected);
-            QCOMPARE(node->readManifest("field"_s), expected.value("field"_s));
-            translator.language = "de"_s;
         }
     }
 
@@ -190,9 +165,7 @@ private Q_SLOTS:
             QCOMPARE(row.with(treeOf(root.get())), row.text());
             QString depthFirst = row[1].remove(QLatin1Char(')'));
             QCOMPARE(started.join(QLatin1Char(' ')), depthFirst.replace(QLatin1Char('('), QLatin1Char(' ')));
-            const auto jobs = root->findChildren<ManualInstaller *>();
-            QCOMPARE(jobs.size(), started.size() - 1);
-            for (ManualInstaller *job : jobs)
+            for (ManualInstaller *job : root->findChildren<ManualInstaller *>())
                 job->succeed();
             QCOMPARE(root->status(), PackageInstaller::Running);
             static_cast<ManualInstaller *>(root.get())->succeed();

@@ -13,66 +13,21 @@ namespace {
 const QStringList linkNames{"is_a"_s, "contains"_s, "relates_to"_s, "is_not_a"_s,
                             "is"_s,   "uses"_s,     "requires"_s};
 
-// The search as it is described, step by step and without any guard: for graphs without cycles.
-
-using Types = QSet<int>;
-
-bool isAllowed(const QVector<LinkType> &stack)
+// The keywords of p: as the package tells them, and as filters for one of them find it, which take another
+// way.
+QString keywordsOfP(const QSharedPointer<PackageIndex> &index)
 {
-    static const QHash<int, Types> following{
-        {Contains, {Contains, RelatesTo}}, {RelatesTo, {RelatesTo}}, {Is, {Contains}}};
-    Types allowed{IsA, Is, RelatesTo, Contains};
-    for (int i = stack.size() - 1; i >= 0; --i) {
-        if (!allowed.contains(stack.at(i)))
-            return false;
-        allowed = following.value(stack.at(i), allowed);
+    PackageNode *const p = package(index, "p"_s);
+    QStringList told;
+    QStringList found;
+    for (const KeywordNode *node : PackageIndex::selectKeywords(index, {})) {
+        if (p->keywords().contains(keyword(index, node->id().toString())))
+            told.append(node->id().toString());
+        if (KeywordPredicate([node](const KeywordNode *other) { return other == node; })(p))
+            found.append(node->id().toString());
     }
-    return true;
-}
-
-bool hasPathToType(const PackageIndexLink &link, const QStringRef &type, QVector<LinkType> &stack)
-{
-    stack.append(link.type);
-    if (link.node->isPackage() && link.node->toPackage()->hasType(type))
-        return isAllowed(stack);
-    for (const PackageIndexLink &next : link.node->incomingLinks()) {
-        if (hasPathToType(next, type, stack))
-            return true;
-    }
-    stack.removeLast();
-    return false;
-}
-
-bool plainLinksToPackageType(const KeywordNode *keyword, const QStringRef &type)
-{
-    for (const PackageIndexLink &link : keyword->incomingLinks()) {
-        QVector<LinkType> stack;
-        if (hasPathToType(link, type, stack))
-            return true;
-    }
-    return false;
-}
-
-// Many small graphs side by side in one catalogue. A link leads to a later node, unless cycles are wanted.
-MemoryCatalogue randomGraphs(QRandomGenerator &random, bool cycles)
-{
-    QStringList links;
-    const QStringList types = linkNames + linkNames.mid(0, 3);
-    for (int i = 0; i < 2000; ++i) {
-        QStringList nodes;
-        for (const QString &node : {"a"_s, "b"_s, "c"_s, "d"_s, "e"_s, "f"_s, "g"_s, "h"_s}) {
-            const QString kind = QStringList{"p%1%2/a"_s, "p%1%2/a:b"_s, "k%1%2"_s}.at(random.bounded(3));
-            nodes.append(kind.arg(i).arg(node));
-        }
-        links += nodes; // fixes their types
-        for (int link = 0; link < 14; ++link) {
-            const int from = random.bounded(7);
-            const int to = cycles ? random.bounded(8) : random.bounded(from + 1, 8);
-            links.append(
-                "%1 %2 %3"_s.arg(nodes.at(from), types.at(random.bounded(types.size())), nodes.at(to)));
-        }
-    }
-    return graph(links.join(", "_s));
+    const bool findsAny = KeywordPredicate([](const KeywordNode *) { return true; })(p);
+    return told == found && findsAny != told.isEmpty() ? told.join(QLatin1Char(' ')) : "contradiction"_s;
 }
 
 bool leadsTo(const QSharedPointer<PackageIndex> &index, const QString &id, const QString &type)
@@ -105,10 +60,10 @@ private Q_SLOTS:
             QString up;
             for (const QString &next : linkNames) {
                 const auto index = buildIndex({graph("p %1 k, k %2 m"_s.arg(row[0], next))});
-                const QSet<KeywordNode *> keywords = package(index, "p"_s)->keywords();
-                down += QLatin1Char(keywords.contains(keyword(index, "m"_s)) ? '+' : '-');
+                const QString keywords = keywordsOfP(index);
+                down += QLatin1Char(keywords.endsWith(QLatin1Char('m')) ? '+' : '-');
                 up += QLatin1Char(leadsTo(index, "m"_s, "t"_s) ? '+' : '-');
-                QCOMPARE(keywords.contains(keyword(index, "k"_s)), row[0] != "is_not_a"_s);
+                QCOMPARE(keywords.startsWith(QLatin1Char('k')), row[0] != "is_not_a"_s);
                 QCOMPARE(leadsTo(index, "k"_s, "t"_s), row[1].mid(8).contains(QLatin1Char('+')));
             }
             QCOMPARE(row.with(down + QLatin1Char(' ') + up), row.text());
@@ -120,16 +75,13 @@ private Q_SLOTS:
         // links | keywords of p
         for (const Row &row : rows(R"(
             p is_a k, p is_not_a k, k is_a m                  | m
+            p is_a k, p is_not_a k                            |
             p is_a k, k is_not_a m, k is_a m                  | k m
             p is_a k, k is_a m, m is_a k, m contains m        | k m
             p contains k, p is_a k, k is_a m                  | k m
             p is k, k relates_to m, m contains n, m is_a o    | k m
-            p requires p2, p2 is_a k, p is_a m, m is_a p2     | m)")) {
-            QStringList words =
-                ids(package(buildIndex({graph(row[0])}), "p"_s)->keywords()).split(QLatin1Char(' '));
-            words.sort();
-            QCOMPARE(row.with(words.join(QLatin1Char(' '))), row.text());
-        }
+            p requires p2, p2 is_a k, p is_a m, m is_a p2     | m)"))
+            QCOMPARE(row.with(keywordsOfP(buildIndex({graph(row[0])}))), row.text());
     }
 
     // A link that was refused stays on the path and counts against the links that are tried after it, but not
@@ -146,41 +98,13 @@ private Q_SLOTS:
             p1 relates_to m, p2 is_a m, m contains k          | t | no
             p2 is_a m, p1 relates_to m, m contains k          | t | yes
             x is_a n, n uses m, p1 is_not_a o, o contains m, p2 is_a m, m contains k | t | yes
-            p1 uses m, m is_a k, p2 is_a k                    | t | yes)")) {
+            p1 uses m, m is_a k, p2 is_a k                    | t | yes
+            p contains m, m contains n, n contains k          | t | yes
+            p contains m, m relates_to n, n contains k        | t | no
+            p is m, m contains n, n relates_to k              | t | yes
+            p is m, m contains n, n is_a k                    | t | no)")) {
             const bool found = leadsTo(buildIndex({graph(row[0])}), "k"_s, row[1]);
             QCOMPARE(row.with(found ? "yes"_s : "no"_s), row.text());
-        }
-    }
-
-    void agreesWithThePlainSearch()
-    {
-        const quint32 seed = QRandomGenerator::global()->generate();
-        qInfo("seed %u", seed);
-        QRandomGenerator random(seed);
-        const auto index = buildIndex({randomGraphs(random, false)});
-        int answers[] = {0, 0};
-        for (const KeywordNode *node : PackageIndex::selectKeywords(index, {})) {
-            for (const QString &type : {"a"_s, "a:b"_s, "b"_s}) {
-                const bool expected = plainLinksToPackageType(node, QStringRef(&type));
-                QVERIFY2(node->linksToPackageType(QStringRef(&type)) == expected,
-                         qPrintable(node->id().toString()));
-                ++answers[expected];
-            }
-        }
-        QVERIFY(answers[false] > 1000 && answers[true] > 1000);
-
-        const KeywordReach::Test test = [](const KeywordNode *node) { return node->id().right(1) > "e"_s; };
-        const auto plain = [&](PackageNode *node) {
-            const QSet<KeywordNode *> keywords = node->keywords();
-            return std::any_of(keywords.begin(), keywords.end(), test);
-        };
-        const KeywordPredicate predicate(test);
-        const KeywordPredicate copy = predicate;
-        for (const auto &next : {index, buildIndex({randomGraphs(random, true)})}) { // with cycles
-            const QString expected = ids(PackageIndex::selectPackages(next, {}, plain, {}));
-            QVERIFY(expected.size() > 1000);
-            QCOMPARE(ids(PackageIndex::selectPackages(next, {}, predicate, {})), expected);
-            QCOMPARE(ids(PackageIndex::selectPackages(next, {}, copy, {})), expected);
         }
     }
 

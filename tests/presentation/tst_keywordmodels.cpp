@@ -1,7 +1,9 @@
 #include "presentation/categorylistmodel.h"
 #include "presentation/keyword.h"
 #include "presentation/keywordsuggestionmodel.h"
+#include "presentation/packagelistmodel.h"
 #include "stage.h"
+#include "support/logcapture.h"
 
 #include <QtTest>
 
@@ -14,6 +16,22 @@ namespace {
 template<typename Model>
 struct ModelStage : Stage
 {
+    ModelStage()
+    {
+        catalogue.addPackage("oak"_s, "plant:tree"_s);
+        catalogue.addKeyword("w"_s, Keyword::Category, "A"_s, "water"_s);
+        catalogue.addKeyword("l"_s, Keyword::Category, "B"_s, "Land"_s);
+        catalogue.addKeyword("a"_s, Keyword::Category, "D"_s, "air"_s);
+        catalogue.addKeyword("n"_s, Keyword::Name, "Banane"_s, "Banana"_s);
+        catalogue.addKeyword("i"_s, Keyword::Literal, "anAN"_s, {});
+        for (const QString &word : {"man"_s, "Man"_s, "wood"_s, "<salt> & salt"_s, "c++ (o.k.)"_s})
+            catalogue.addKeyword(word, Keyword::Name, {}, word);
+        catalogue.addKeyword("other man"_s, Keyword::Name, {}, "man"_s);
+        catalogue.keywords.append({"m"_s, Keyword::Noun, {{"en"_s, "Mouse"_s, "Mice"_s}}});
+        catalogue.links = {{IsA, "oak"_s, "n"_s}, {IsA, "oak"_s, "l"_s}, {IsA, "l"_s, "w"_s}};
+        publish();
+    }
+
     QString play(const QString &play)
     {
         QObject unusable;
@@ -51,15 +69,6 @@ private Q_SLOTS:
             "packageProviderChanged, reset; l/Land, w/water] misprovide[packageProviderChanged, reset; none] "
             "publish provide[packageProviderChanged, reset; l/Land, w/water]"_s;
         ModelStage<CategoryListModel> stage;
-        stage.catalogue.addPackage("oak"_s, "plant:tree"_s);
-        stage.catalogue.addKeyword("w"_s, Keyword::Category, "A"_s, "water"_s);
-        stage.catalogue.addKeyword("l"_s, Keyword::Category, "B"_s, "Land"_s);
-        stage.catalogue.addKeyword("n"_s, Keyword::Noun, "C"_s, "Noun"_s);
-        stage.catalogue.addKeyword("a"_s, Keyword::Category, "D"_s, "air"_s);
-        stage.catalogue.addLink("oak"_s, IsA, "n"_s);
-        stage.catalogue.addLink("oak"_s, IsA, "l"_s);
-        stage.catalogue.addLink("l"_s, IsA, "w"_s);
-        stage.publish();
         QCOMPARE(stage.play(play), play);
         QCOMPARE(stage.model.roleNames(), (QHash<int, QByteArray>{{0, "id"}, {1, "name"}}));
         QVERIFY(!stage.model.index(0).data(2).isValid() && !stage.model.index(0).data(-1).isValid());
@@ -67,18 +76,27 @@ private Q_SLOTS:
 
     void suggestions()
     {
+        const QString play =
+            "provide[packageProviderChanged] "
+            "search:w[searchStringChanged, reset, countChanged; water/<b>w</b>ater, wood/<b>w</b>ood] "
+            "publish[reset] type:plant[packageTypeChanged, reset, countChanged; water/<b>w</b>ater] "
+            "search:[searchStringChanged, reset, countChanged; none] search:w[searchStringChanged, reset, "
+            "countChanged; water/<b>w</b>ater] remove[packageProviderChanged, reset, countChanged; none] "
+            "publish both:[packageTypeChanged, packageProviderChanged, reset, countChanged; "
+            "water/<b>w</b>ater, wood/<b>w</b>ood] misprovide[packageProviderChanged, reset, countChanged; "
+            "none] provide[packageProviderChanged, reset, countChanged; water/<b>w</b>ater, "
+            "wood/<b>w</b>ood]"_s;
         ModelStage<KeywordSuggestionModel> stage;
-        stage.catalogue.addKeyword("1"_s, Keyword::Name, "Banane"_s, "Banana"_s);
-        stage.catalogue.addKeyword("2"_s, Keyword::Literal, "anAN"_s, {});
-        for (const QString &word : {"man"_s, "Man"_s, "<salt> & salt"_s, "c++ (o.k.)"_s})
-            stage.catalogue.addKeyword(word, Keyword::Name, {}, word);
-        stage.catalogue.addKeyword("other man"_s, Keyword::Name, {}, "man"_s);
-        stage.catalogue.keywords.append({"8"_s, Keyword::Noun, {{"en"_s, "Mouse"_s, "Mice"_s}}});
-        stage.publish();
-        stage.model.setPackageProvider(&stage.provider);
+        QCOMPARE(stage.play(play), play);
+        QCOMPARE(stage.model.count(), 2);
+        QCOMPARE(stage.model.suggestionAt(1), "wood"_s);
+        QVERIFY(stage.model.suggestionAt(-1).isNull() && stage.model.suggestionAt(2).isNull());
+        QCOMPARE(stage.model.roleNames(), (QHash<int, QByteArray>{{0, "suggestion"}, {1, "displayString"}}));
+        QVERIFY(!stage.model.index(0).data(2).isValid() && !stage.model.index(0).data(-1).isValid());
         // Each text comes once, in the order of code units and in its own case; the search is no expression.
         for (const Row &row : rows(R"(
-            AN      | Banana/B<b>an</b><b>an</b>a, Man/M<b>an</b>, anAN/<b>an</b><b>AN</b>, man/m<b>an</b>
+            AN      | Banana/B<b>an</b><b>an</b>a, Land/L<b>an</b>d, Man/M<b>an</b>, anAN/<b>an</b><b>AN</b>,
+                      man/m<b>an</b>
             &       | <salt> & salt/&lt;salt&gt; <b>&amp;</b> salt
             > & s   | <salt> & salt/&lt;salt<b>&gt; &amp; s</b>alt
             C++ (o. | c++ (o.k.)/<b>c++ (o.</b>k.)
@@ -91,42 +109,16 @@ private Q_SLOTS:
         }
     }
 
-    void suggestionsChange()
-    {
-        const QString play =
-            "provide[packageProviderChanged] "
-            "search:on[searchStringChanged, reset, countChanged; once/<b>on</b>ce, one/<b>on</b>e] "
-            "publish[reset] type:plant[packageTypeChanged, reset, countChanged; one/<b>on</b>e] "
-            "search:[searchStringChanged, reset, countChanged; none] search:on[searchStringChanged, reset, "
-            "countChanged; one/<b>on</b>e] remove[packageProviderChanged, reset, countChanged; none] publish "
-            "both:[packageTypeChanged, packageProviderChanged, reset, countChanged; once/<b>on</b>ce, "
-            "one/<b>on</b>e] misprovide[packageProviderChanged, reset, countChanged; none] "
-            "provide[packageProviderChanged, reset, countChanged; once/<b>on</b>ce, one/<b>on</b>e]"_s;
-        ModelStage<KeywordSuggestionModel> stage;
-        stage.catalogue.addPackage("oak"_s, "plant:tree"_s);
-        for (const QString &word : {"one"_s, "once"_s, "two"_s})
-            stage.catalogue.addKeyword(word, Keyword::Name, {}, word);
-        stage.catalogue.addLink("oak"_s, IsA, "one"_s);
-        stage.publish();
-        QCOMPARE(stage.play(play), play);
-        QCOMPARE(stage.model.count(), 2);
-        QCOMPARE(stage.model.suggestionAt(1), "one"_s);
-        QVERIFY(stage.model.suggestionAt(-1).isNull() && stage.model.suggestionAt(2).isNull());
-        QCOMPARE(stage.model.roleNames(), (QHash<int, QByteArray>{{0, "suggestion"}, {1, "displayString"}}));
-        QVERIFY(!stage.model.index(0).data(2).isValid() && !stage.model.index(0).data(-1).isValid());
-    }
-
     // With each signal, the type and the text at that moment.
     void keywordFollowsItsId()
     {
         const QString play =
-            "provide id:p[keywordIdChanged -1 -] id:k[keywordIdChanged -1 -] publish " // a package is none
-            "add:k add:l publish[keywordChanged 4 K] publish[keywordChanged 4 K] id:l[keywordIdChanged 4 K, "
-            "keywordChanged 4 L] id:[keywordIdChanged 4 L, keywordChanged -1 -] id:l[keywordIdChanged -1 -, "
-            "keywordChanged 4 L] remove[keywordChanged -1 -] publish"_s;
-        Stage stage;
-        stage.catalogue.addPackage("p"_s);
-        stage.publish();
+            "provide id:oak[keywordIdChanged -1 -] id:k[keywordIdChanged -1 -] publish " // a package is none
+            "add:k publish[keywordChanged 4 K] publish[keywordChanged 4 K] id:w[keywordIdChanged 4 K, "
+            "keywordChanged 4 water] id:[keywordIdChanged 4 water, keywordChanged -1 -] "
+            "id:w[keywordIdChanged "
+            "-1 -, keywordChanged 4 water] remove[keywordChanged -1 -] publish"_s;
+        ModelStage<CategoryListModel> stage;
         Keyword keyword;
         const Verbs verbs{
             {"publish"_s, [&](auto) { stage.publish(); }},
@@ -141,6 +133,37 @@ private Q_SLOTS:
             return "%1 %2"_s.arg(keyword.type()).arg(text.isNull() ? "-"_s : text);
         };
         QCOMPARE(perform(play, verbs, [&] { return log.take(); }), play);
+    }
+
+    void providersMayBeUnusableOrGo()
+    {
+        PackageListModel list;
+        CategoryListModel categories;
+        KeywordSuggestionModel suggestions;
+        Keyword keyword;
+        for (QObject *user : QList<QObject *>{&list, &categories, &suggestions, &keyword}) {
+            const bool keepsAny = user == &categories || user == &suggestions;
+            SignalLog log(user);
+            // What the property holds then, and the signals.
+            const auto assign = [&](QObject *object) {
+                user->setProperty("packageProvider", QVariant::fromValue(object));
+                return qMakePair(user->property("packageProvider").value<QObject *>(), log.take());
+            };
+            const QString told = user == &keyword ? QString() : "packageProviderChanged"_s;
+            QObject thing;
+            const LogCapture criticals("tamsel.packages"_s);
+            QCOMPARE(assign(&thing), qMakePair(keepsAny ? &thing : nullptr, told));
+            QCOMPARE(assign(nullptr).second, keepsAny ? told : QString());
+            QString line;
+            QDebug(&line) << "critical: Object" << &thing
+                          << "does not implement the IPackageProvider interface";
+            QCOMPARE(criticals.lines(), QStringList{line.trimmed()});
+            auto provider = std::make_unique<TestProvider>();
+            QCOMPARE(assign(provider.get()).second, told);
+            QCOMPARE(assign(provider.get()).second, QString());
+            provider.reset();
+            QCOMPARE(user->property("packageProvider").value<QObject *>(), nullptr);
+        }
     }
 };
 

@@ -2,6 +2,7 @@
 #include "index/packagenode.h"
 #include "presentation/haskeyword.h"
 #include "presentation/hasmanifestfield.h"
+#include "presentation/manifestbooleanfield.h"
 #include "presentation/matcheskeywordsearch.h"
 #include "presentation/packagematchergroup.h"
 #include "presentation/sortbyintegerfield.h"
@@ -36,34 +37,25 @@ public:
         publish();
     }
 
-    /** Of words such as "all has:tree part:shade field:picture ." */
-    PackageMatcher *matcher(QStringList &words)
-    {
-        const QString verb = words.first().section(":"_s, 0, 0);
-        const QString argument = words.takeFirst().section(":"_s, 1).replace("_"_s, " "_s);
-        if (verb == "all"_s || verb == "any"_s) {
-            auto *group = new PackageMatcherGroup(owner.get());
-            group->setProperty("matchRequirement", int(verb == "any"_s));
-            while (words.first() != "."_s)
-                group->addMatcher(matcher(words));
-            words.removeFirst();
-            return group;
-        }
-        PackageMatcher *matcher = new MatchesKeywordSearch(owner.get());
-        if (verb == "has"_s)
-            matcher = new HasKeyword(owner.get());
-        else if (verb == "field"_s)
-            matcher = new HasManifestField(owner.get());
-        for (const char *property : {"keywordId", "name", "searchString"})
-            matcher->setProperty(property, argument);
-        matcher->setProperty("matchMode", int(verb == "full"_s));
-        return matcher;
-    }
-
+    /** That of a group, of words such as "any has:tree part:tall_tree full:shade field:picture". */
     PackageIndex::PackageFilter filter(const QString &text)
     {
-        QStringList words = text.split(" "_s);
-        return matcher(words)->matchFunction();
+        auto *group = new PackageMatcherGroup(owner.get());
+        for (const QString &word : text.split(" "_s)) {
+            const QString verb = word.section(":"_s, 0, 0);
+            PackageMatcher *matcher = new MatchesKeywordSearch(owner.get());
+            if (verb == "any"_s)
+                group->setMatchRequirement(PackageMatcherGroup::MatchAny);
+            else if (verb == "has"_s)
+                matcher = new HasKeyword(owner.get());
+            else if (verb == "field"_s)
+                matcher = new HasManifestField(owner.get());
+            for (const char *property : {"keywordId", "name", "searchString"})
+                matcher->setProperty(property, word.section(":"_s, 1).replace("_"_s, " "_s));
+            matcher->setProperty("matchMode", int(verb == "full"_s));
+            group->addMatcher(matcher);
+        }
+        return group->matchFunction();
     }
 
     QString select(const PackageIndex::PackageFilter &filter, const PackageIndex::PackageOrder &less) const
@@ -95,6 +87,7 @@ class tst_Matchers : public QObject
 
 private Q_SLOTS:
     void matchers();
+    void propertyChangesAreTold();
     void membershipChangesAreTold();
     void functionsOutliveMatchersOnAnyThread();
     void sorters();
@@ -113,14 +106,36 @@ void tst_Matchers::matchers()
         part:had                                 | elm fern
         full:had                                 |
         part:tree_tall                           |
-        all .                                    | unrestricted
-        all has:tree has:shade .                 | elm
-        any has:tree has:shade .                 | elm fern oak
-        any has: has:shade .                     | elm fern
-        all has: has:tree .                      | elm oak
-        any all has:tree has:shade . has:none .  | elm)")) {
+        any                                      | unrestricted
+        has:tree has:shade                       | elm
+        any has:tree has:shade                   | elm fern oak
+        any has: has:shade                       | elm fern
+        has: has:tree                            | elm oak)")) {
         const auto filter = garden.filter(row[0]);
         QCOMPARE(row.with(filter ? garden.select(filter, {}) : "unrestricted"_s), row.text());
+    }
+}
+
+void tst_Matchers::propertyChangesAreTold()
+{
+    HasKeyword keyword;
+    HasManifestField field;
+    MatchesKeywordSearch search;
+    PackageMatcherGroup group;
+    ManifestBooleanField boolean;
+    const std::tuple<QObject *, const char *, QVariant> changes[] = {
+        {&keyword, "keywordId", "x"_s},
+        {&field, "name", "x"_s},
+        {&search, "searchString", "x"_s},
+        {&search, "matchMode", MatchesKeywordSearch::FullMatch},
+        {&group, "matchRequirement", PackageMatcherGroup::MatchAny},
+        {&boolean, "defaultValue", true},
+    };
+    for (const auto &[object, property, value] : changes) {
+        SignalLog log(object);
+        for (int i = 0; i < 2; ++i)
+            object->setProperty(property, value);
+        QCOMPARE(log.take(), "%1Changed, updateRequested"_s.arg(QLatin1String(property)));
     }
 }
 
@@ -162,7 +177,7 @@ void tst_Matchers::membershipChangesAreTold()
 void tst_Matchers::functionsOutliveMatchersOnAnyThread()
 {
     Garden garden;
-    const auto filter = garden.filter("all has:shade part:shade field:picture ."_s);
+    const auto filter = garden.filter("has:shade part:shade field:picture"_s);
     garden.owner.reset();
     std::future<QString> threads[4];
     for (std::future<QString> &thread : threads)
@@ -195,6 +210,9 @@ void tst_Matchers::sorters()
         byInteger.setName("key"_s);
         byString.setName("key"_s);
         QCOMPARE(row.with(garden.sorted(byInteger) + ", "_s + garden.sorted(byString)), row.text());
+        for (int i = 0; i < 100; ++i) // whose order, as that of all equals, is that of the index
+            garden.catalogue.addPackage("another %1"_s.arg(i));
+        garden.publish();
         byInteger.setName("Key"_s);
         QCOMPARE(garden.sorted(byInteger), garden.select({}, {}));
     }
