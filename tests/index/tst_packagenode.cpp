@@ -34,13 +34,6 @@ QJsonObject json(const QString &text)
     return QJsonDocument::fromJson(text.toUtf8()).object();
 }
 
-QSharedPointer<PackageIndex> indexOfPackage(const QJsonObject &manifest)
-{
-    MemoryCatalogue catalogue;
-    catalogue.addPackage("p"_s, "t"_s, manifest);
-    return buildIndex({catalogue});
-}
-
 // Packages that install by jobs named after them.
 QSharedPointer<PackageIndex> installable(const QString &links, QStringList &started)
 {
@@ -109,13 +102,15 @@ private Q_SLOTS:
     {
         FakeTranslator translator;
         const QString numbered = "{\"field\": %1, \"other\": 1}"_s;
+        MemoryCatalogue catalogue = graph("p"_s);
         for (const Row &row : rows(R"(
             "id:owl"                                | "owl -1 in %1"
             "id:Käuze"                              | "Käuze -1 in %1"
             [1.5, true, null, "owl"]                | [1.5,true,null,"owl"]
             ["id:a", ["id:b"], {"c": "id:c"}]       | ["a -1 in %1",["b -1 in %1"],{"c":"c -1 in %1"}]
             {"id:k": "id:a", "o": {"b": ["id:b"]}}  | {"id:k":"a -1 in %1","o":{"b":["b -1 in %1"]}})")) {
-            const auto index = indexOfPackage(json(numbered.arg(row[0])));
+            catalogue.manifests["p"_s] = json(numbered.arg(row[0]));
+            const auto index = buildIndex({catalogue});
             const PackageNode *node = package(index, "p"_s);
             for (const QString &language : {"de"_s, "en"_s}) {
                 translator.language = language;
@@ -132,7 +127,9 @@ private Q_SLOTS:
     void manifestsAreWholeInEveryThread()
     {
         const FakeTranslator translator;
-        const auto index = indexOfPackage({{"bird"_s, "id:owl"_s}});
+        MemoryCatalogue catalogue = graph("p"_s);
+        catalogue.manifests["p"_s] = {{"bird"_s, "id:owl"_s}};
+        const auto index = buildIndex({catalogue});
         const PackageNode *node = package(index, "p"_s);
         std::atomic<int> done{0};
         std::atomic<int> wrong{0};

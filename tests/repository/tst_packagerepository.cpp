@@ -2,14 +2,14 @@
 #include "index/packagenode.h"
 #include "presentation/packagereference.h"
 
+#include "presentation/stage.h"
 #include "support/fakeclock.h"
-#include "support/literals.h"
 #include "support/logcapture.h"
-#include "support/memorysource.h"
-#include "support/testprovider.h"
 
+#include <QTranslator>
 #include <QtTest>
 
+using namespace std::chrono_literals;
 using namespace ts::pm;
 using namespace ts::pm::test;
 
@@ -25,9 +25,9 @@ QString contentOf(const PackageRepository &repository)
 }
 
 // A repository and a source with one package, which is not added yet.
-struct Stage
+struct SourceStage
 {
-    Stage() { source.catalogue.addPackage("p"_s, "first"_s); }
+    SourceStage() { source.catalogue.addPackage("p"_s, "first"_s); }
 
     /** Lets the jobs of accessors from now on wait for \a gate. */
     void holdAt(QSemaphore *gate)
@@ -38,18 +38,37 @@ struct Stage
         };
     }
 
-    static void settle()
-    {
-        QThreadPool::globalInstance()->waitForDone();
-        QCoreApplication::processEvents();
-    }
-
     MemorySource source;
     std::unique_ptr<PackageRepository> owner =
         std::make_unique<PackageRepository>(PackageRepository::PersistOnRequest);
     PackageRepository &repository = *owner;
     QSignalSpy changed{&repository, &PackageRepository::packageIndexChanged};
     LogCapture log{"tamsel.package.repository"_s};
+};
+
+// A repository with a package whose title is to be translated, and with a translation package.
+struct TranslationStage : Stage
+{
+    TranslationStage(const QString &manifest, const QString &type)
+    {
+        catalogue.addPackage("p"_s, "birds"_s, {{"title"_s, "id:greeting"_s}});
+        catalogue.addPackage("words"_s, type, QJsonDocument::fromJson(manifest.toUtf8()).object());
+        succeedAtOnce = {"p"_s, "words"_s};
+        source.installers = [this, make = source.installers](const QString &id,
+                                                             const InstallLocation &location) {
+            for (const QString &name : {"Hallo.qm"_s, "Servus.qm"_s})
+                location.installFile(QStringLiteral(GREETINGS "/") + name, name);
+            return make(id, location);
+        };
+    }
+
+    // By Qt, and in the manifest.
+    QString greetings() const
+    {
+        const QString id = "p"_s;
+        const PackageNode *node = repository()->packageIndex()->getPackage(QStringRef(&id));
+        return qtTrId("greeting") + "/"_s + node->readManifest("title"_s).toString();
+    }
 };
 
 } // namespace
@@ -60,10 +79,11 @@ class tst_PackageRepository : public QObject
 
 private Q_SLOTS:
     void initTestCase() { QThreadPool::globalInstance()->setMaxThreadCount(8); } // some wait at a gate
+    void cleanup() { QCOMPARE(qtTrId("greeting"), "greeting"_s); } // translators go with their repository
 
     void buildsOnceForAllNotifications()
     {
-        Stage stage;
+        SourceStage stage;
         QVERIFY(!stage.repository.packageIndex());
         stage.repository.addSource(&stage.source);
         Q_EMIT stage.source.updateRequired();
@@ -86,7 +106,7 @@ private Q_SLOTS:
 
     void dropsABuildThatIsOvertaken()
     {
-        Stage stage;
+        SourceStage stage;
         QSemaphore gate;
         stage.holdAt(&gate);
         stage.repository.addSource(&stage.source);
@@ -99,7 +119,6 @@ private Q_SLOTS:
         QVERIFY(stage.changed.wait());
         gate.release(2);
         Stage::settle();
-        QCOMPARE(stage.changed.count(), 1);
         QCOMPARE(contentOf(stage.repository), "second"_s);
 
         stage.holdAt(&gate);
@@ -112,40 +131,37 @@ private Q_SLOTS:
 
     void addsAndRemovesSources()
     {
-        Stage stage;
-        stage.repository.addSource(nullptr);
-        stage.repository.removeSource(nullptr);
-        stage.repository.removeSource(&stage.source);
-        QVERIFY(stage.log.lines().isEmpty() && stage.repository.sources().isEmpty());
+        SourceStage stage;
+        PackageRepository &repository = stage.repository;
+        repository.addSource(nullptr);
+        repository.removeSource(nullptr);
+        repository.removeSource(&stage.source);
+        QVERIFY(stage.log.lines().isEmpty() && repository.sources().isEmpty());
         MemorySource low(-1);
         auto high = std::make_unique<MemorySource>(3);
         low.catalogue.addPackage("p"_s, "low"_s);
         low.catalogue.addPackage("q"_s, "only"_s);
         high->catalogue.addPackage("p"_s, "high"_s);
         for (MemorySource *source : {high.get(), &low, &stage.source, &low})
-            stage.repository.addSource(source);
-        QCOMPARE(stage.repository.sources(), QList<PackageSource *>({&low, &stage.source, high.get()}));
+            repository.addSource(source);
+        QCOMPARE(repository.sources(), QList<PackageSource *>({&low, &stage.source, high.get()}));
         QVERIFY(stage.changed.wait());
-        QCOMPARE(contentOf(stage.repository), "high only"_s);
+        QCOMPARE(contentOf(repository), "high only"_s);
         high.reset();
-        QCOMPARE(stage.repository.sources(), QList<PackageSource *>({&low, &stage.source}));
-        stage.repository.persistSources();
+        QCOMPARE(repository.sources(), QList<PackageSource *>({&low, &stage.source}));
         QVERIFY(stage.changed.wait());
-        QCOMPARE(contentOf(stage.repository), "first only"_s);
-        stage.repository.removeSource(&low);
-        stage.repository.removeSource(&stage.source);
-        QCOMPARE(contentOf(stage.repository), "first only"_s); // until the next index is there
-        QVERIFY(stage.changed.wait());
-        QVERIFY(stage.repository.sources().isEmpty() && contentOf(stage.repository).isEmpty());
-        const int lines = stage.log.lines().size();
+        QCOMPARE(contentOf(repository), "first only"_s);
+        repository.removeSource(&low);
+        repository.removeSource(&stage.source);
+        QCOMPARE(contentOf(repository), "first only"_s); // until the next index is there
+        QVERIFY(stage.changed.wait() && repository.sources().isEmpty() && contentOf(repository).isEmpty());
         Q_EMIT stage.source.updateRequired();
-        QCOMPARE(stage.log.lines().size(), lines);
+        QCOMPARE(stage.log.lines().size(), 3);
     }
 
     void persistsBeforeListenersHear()
     {
-        for (const auto policy :
-             {PackageRepository::PersistAfterUpdate, PackageRepository::PersistOnRequest}) {
+        const auto callsBy = [this](PackageRepository::SourcePersistencePolicy policy) {
             QStringList calls;
             PackageRepository repository(policy);
             MemorySource low(0);
@@ -156,18 +172,17 @@ private Q_SLOTS:
                     [&] { calls.append("heard"_s); });
             repository.addSource(&high);
             repository.addSource(&low);
-            QTRY_VERIFY(calls.contains("heard"_s));
+            QSignalSpy(&repository, &PackageRepository::packageIndexChanged).wait();
             repository.persistSources();
-            QCOMPARE(calls.join(QLatin1Char(' ')), policy == PackageRepository::PersistAfterUpdate
-                                                       ? "low high heard low high"_s
-                                                       : "heard low high"_s);
-        }
+            return calls.join(" "_s);
+        };
+        QCOMPARE(callsBy(PackageRepository::PersistAfterUpdate), "low high heard low high"_s);
+        QCOMPARE(callsBy(PackageRepository::PersistOnRequest), "heard low high"_s);
     }
 
     void asksForNewsOnceInAWhile()
     {
-        using namespace std::chrono_literals;
-        Stage stage;
+        SourceStage stage;
         stage.repository.addSource(&stage.source);
         const auto askedAfter = [&stage](std::chrono::seconds time) {
             FakeClock::advance(time);
@@ -187,14 +202,79 @@ private Q_SLOTS:
         TestProvider provider;
         QCOMPARE(provider.qt_metacast("tamsel.IPackageProvider/1.0"),
                  static_cast<IPackageProvider *>(&provider));
-        PackageReference *reference = provider.packageReference("p"_s);
+        const PackageReference *reference = provider.packageReference("p"_s);
         QCOMPARE(reference->id(), "p"_s);
-        QCOMPARE(reference->parent(), provider.packageRepository());
-        QVERIFY(provider.packageReference("q"_s) != reference);
+        QVERIFY(provider.packageReference("q"_s) != reference && !provider.packageReference(QString()));
         QVERIFY(provider.rebuild());
         QCOMPARE(provider.packageReference("p"_s), reference);
-        QVERIFY(!provider.packageReference(QString()));
         QCOMPARE(provider.packageRepository()->findChildren<PackageReference *>().size(), 2);
+    }
+
+    void choosesTheTranslationFile()
+    {
+        // locale | manifest | text
+        for (const Row &row : rows(R"(
+            de_AT | {"de": "Hallo.qm", "en": "Servus.qm"}    | Hallo/Hallo
+            de_AT | {"de": "Hallo.qm", "de_AT": "Servus.qm"} | Servus/Servus
+            fr_FR | {"de": "Hallo.qm", "en": "Servus.qm"}    | Servus/Servus
+            de_AT | {"de": "missing.qm", "en": "Servus.qm"}  | greeting/greeting
+            de_AT | {"de": 1, "en": "Servus.qm"}             | greeting/greeting
+            de_AT | {"fr": "Servus.qm"}                      | greeting/greeting)")) {
+            QLocale::setDefault(QLocale(row[0]));
+            TranslationStage stage(row[1], "translation"_s);
+            QSignalSpy translated(stage.repository(), &PackageRepository::translationsChanged);
+            stage.publish();
+            QCOMPARE(row.with(stage.greetings()), row.text());
+            QCOMPARE(translated.count(), 1); // whether or not a file was loaded
+        }
+    }
+
+    // What comes of a word: what listeners of the references, of the repository and of its index hear, with
+    // the greetings at that moment, and the greetings then.
+    void tellsOfTranslations()
+    {
+        QLocale::setDefault(QLocale("de_AT"_s));
+        const QString hallo = "[reference Hallo/Hallo, reference Hallo/Hallo, all Hallo/Hallo"_s;
+        const QString servus = QString(hallo).replace("Hallo"_s, "Servus"_s);
+        for (const QString &play : {
+                 "notify publish"_s + hallo + ", index Hallo/Hallo]"_s,
+                 "slow publish[index greeting/greeting] succeed"_s + hallo + "] notify"_s + hallo + "]"_s,
+                 "publish"_s + hallo + ", index Hallo/Hallo] version publish"_s + servus
+                     + ", index Servus/Servus] gone publish[index Servus/Servus]"_s, // stays
+                 "other publish[index greeting/greeting] load notify"_s + hallo + "]"_s,
+             }) {
+            TranslationStage stage(R"({"de": "Hallo.qm"})"_s, "translation"_s);
+            QStringList heard;
+            const auto listener = [&](const QString &name) {
+                return [&, name] { heard.append(name + " "_s + stage.greetings()); };
+            };
+            PackageRepository *const repository = stage.repository();
+            connect(repository, &PackageRepository::packageIndexChanged, this, listener("index"_s));
+            connect(repository, &PackageRepository::translationsChanged, this, listener("all"_s));
+            for (const QString &id : {"p"_s, "missing"_s})
+                connect(repository->packageReference(id), &PackageReference::translationsChanged, this,
+                        listener("reference"_s));
+            QTranslator translator;
+            const auto load = [&translator](auto) {
+                QVERIFY(translator.load(QStringLiteral(GREETINGS "/Hallo.qm")));
+                QCoreApplication::installTranslator(&translator);
+            };
+            const Verbs verbs{
+                {"publish"_s, [&](auto) { stage.publish(); }},
+                {"notify"_s, [&](auto) { repository->notifyTranslationUpdate(); }},
+                {"slow"_s, [&](auto) { stage.succeedAtOnce.remove("words"_s); }},
+                {"succeed"_s, [&](auto) { stage.started.first()->succeed(); }},
+                {"version"_s,
+                 [&](auto) {
+                     stage.catalogue.manifests["words"_s] = {{"de"_s, "Servus.qm"_s}};
+                 }},
+                {"gone"_s, [&](auto) { stage.catalogue.packages.removeLast(); }},
+                {"other"_s, [&](auto) { stage.catalogue.packages.last().type = "translations"_s; }},
+                {"load"_s, load},
+            };
+            QCOMPARE(perform(play, verbs, [&] { return std::exchange(heard, {}).join(", "_s); }), play);
+            QCOMPARE(repository->findChildren<QTranslator *>().size(), play.startsWith("other"_s) ? 0 : 1);
+        }
     }
 };
 
