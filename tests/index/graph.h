@@ -10,12 +10,14 @@
 namespace ts::pm::test {
 
 /** Builds an index from catalogues in ascending priority. */
-inline QSharedPointer<PackageIndex> buildIndex(const QVector<MemoryCatalogue> &catalogues)
+inline QSharedPointer<PackageIndex> buildIndex(const QVector<MemoryCatalogue> &catalogues,
+                                               const MemoryCatalogue::InstallerFactory &installers = {})
 {
     const auto index = QSharedPointer<PackageIndex>::create();
     for (const MemoryCatalogue &catalogue : catalogues) {
         MemorySource source;
         source.catalogue = catalogue;
+        source.installers = installers;
         index->addSource(&source);
     }
     index->build();

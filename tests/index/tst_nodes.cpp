@@ -1,3 +1,4 @@
+#include "index/keywordreach_p.h"
 #include "index/packagesnapshot.h"
 #include "storage/packageinstaller.h"
 
@@ -14,6 +15,31 @@ using namespace ts::pm;
 using namespace ts::pm::test;
 
 namespace {
+
+const QStringList linkNames{"is_a"_s, "contains"_s, "relates_to"_s, "is_not_a"_s,
+                            "is"_s,   "uses"_s,     "requires"_s};
+
+// The keywords of p: as the package tells them, and as filters for one of them find it, which take another
+// way.
+QString keywordsOfP(const QSharedPointer<PackageIndex> &index)
+{
+    PackageNode *const p = package(index, "p"_s);
+    QStringList told;
+    QStringList found;
+    for (const KeywordNode *node : PackageIndex::selectKeywords(index, {})) {
+        if (p->keywords().contains(keyword(index, node->id().toString())))
+            told.append(node->id().toString());
+        if (KeywordPredicate([node](const KeywordNode *other) { return other == node; })(p))
+            found.append(node->id().toString());
+    }
+    const bool findsAny = KeywordPredicate([](const KeywordNode *) { return true; })(p);
+    return told == found && findsAny != told.isEmpty() ? told.join(QLatin1Char(' ')) : "contradiction"_s;
+}
+
+bool leadsTo(const QSharedPointer<PackageIndex> &index, const QString &id, const QString &type)
+{
+    return keyword(index, id)->linksToPackageType(QStringRef(&type));
+}
 
 // Translates every id to a text that shows the id, the number and the language.
 class FakeTranslator : public QTranslator
@@ -37,18 +63,12 @@ QJsonObject json(const QString &text)
 // Packages that install by jobs named after them.
 QSharedPointer<PackageIndex> installable(const QString &links, QStringList &started)
 {
-    MemorySource source;
-    source.catalogue = graph(links);
-    source.installers = [&started](const QString &id, const InstallLocation &location) {
+    return buildIndex({graph(links)}, [&started](const QString &id, const InstallLocation &location) {
         auto *installer = new ManualInstaller(location);
         installer->setObjectName(id);
         started.append(id);
         return installer;
-    };
-    const auto index = QSharedPointer<PackageIndex>::create();
-    index->addSource(&source);
-    index->build();
-    return index;
+    });
 }
 
 // A job and those that it depends on, as in "p(p2 p3(p4))".
@@ -70,11 +90,114 @@ QString pathOf(const InstallLocation &location)
 
 } // namespace
 
-class tst_PackageNode : public QObject
+class tst_Nodes : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { QLocale::setDefault(QLocale("de_DE"_s)); }
+
+    void pairsOfLinks()
+    {
+        // The link nearest the package, and which links may come next: downward, and upward to a package.
+        // Their order is that of the rows.
+        for (const Row &row : rows(R"(
+            is_a        | +++++++ +++-+--
+            contains    | -++---- -++----
+            relates_to  | --+---- --+----
+            is_not_a    | ------- -------
+            is          | --+---- -+-----
+            uses        | ------- -------
+            requires    | ------- -------)")) {
+            QString down;
+            QString up;
+            for (const QString &next : linkNames) {
+                const auto index = buildIndex({graph("p %1 k, k %2 m"_s.arg(row[0], next))});
+                const QString keywords = keywordsOfP(index);
+                down += QLatin1Char(keywords.endsWith(QLatin1Char('m')) ? '+' : '-');
+                up += QLatin1Char(leadsTo(index, "m"_s, "t"_s) ? '+' : '-');
+                QCOMPARE(keywords.startsWith(QLatin1Char('k')), row[0] != "is_not_a"_s);
+                QCOMPARE(leadsTo(index, "k"_s, "t"_s), row[1].mid(8).contains(QLatin1Char('+')));
+            }
+            QCOMPARE(row.with(down + QLatin1Char(' ') + up), row.text());
+        }
+    }
+
+    void collectsKeywords()
+    {
+        // links | keywords of p
+        for (const Row &row : rows(R"(
+            p is_a k, p is_not_a k, k is_a m                  | m
+            p is_a k, p is_not_a k                            |
+            p is_a k, k is_not_a m, k is_a m                  | k m
+            p is_a k, k is_a m, m is_a k, m contains m        | k m
+            p contains k, p is_a k, k is_a m                  | k m
+            p is k, k relates_to m, m contains n, m is_a o    | k m
+            p requires p2, p2 is_a k, p is_a m, m is_a p2     | m)"))
+            QCOMPARE(row.with(keywordsOfP(buildIndex({graph(row[0])}))), row.text());
+    }
+
+    // A link that was refused stays on the path and counts against the links that are tried after it, but not
+    // beyond the keyword where the walk began.
+    void findsPackagesOfType()
+    {
+        // links | type | whether k is reached from a package of it
+        for (const Row &row : rows(R"(
+            p/t:u is_a k                                      | t | yes
+            p1/:t is_a k                                      |   | yes
+            p is_a p2/u, p2 is_a k                            | t | yes
+            k is_a m, m is_a k, k is_a k, p                   | t | no
+            k is_a m, m is_a k, p is_a m                      | t | yes
+            p1 relates_to m, p2 is_a m, m contains k          | t | no
+            p2 is_a m, p1 relates_to m, m contains k          | t | yes
+            x is_a n, n uses m, p1 is_not_a o, o contains m, p2 is_a m, m contains k | t | yes
+            p1 uses m, m is_a k, p2 is_a k                    | t | yes
+            p contains m, m contains n, n contains k          | t | yes
+            p contains m, m relates_to n, n contains k        | t | no
+            p is m, m contains n, n relates_to k              | t | yes
+            p is m, m contains n, n is_a k                    | t | no)")) {
+            const bool found = leadsTo(buildIndex({graph(row[0])}), "k"_s, row[1]);
+            QCOMPARE(row.with(found ? "yes"_s : "no"_s), row.text());
+        }
+    }
+
+    // 2^60 paths lead down, and 2^layers up.
+    void diamondsEnd()
+    {
+        const auto index = buildIndex({graph("p is_a a1, "_s + diamonds(60, "%1%2 is_a %3%4"_s))});
+        QCOMPARE(package(index, "p"_s)->keywords().size(), 119);
+        const auto findsPackageBehind = [](int layers) {
+            const QString links = "a1 is_a k, "_s + diamonds(layers, "%3%4 is_a %1%2"_s) + ", p is_a k"_s;
+            return leadsTo(buildIndex({graph(links)}), "k"_s, "t"_s);
+        };
+        QVERIFY(findsPackageBehind(19)); // somewhat more than half a million links
+        QVERIFY(!findsPackageBehind(20) && !findsPackageBehind(60));
+    }
+
+    void sortString()
+    {
+        const QString word(5000, QLatin1Char('x'));
+        QStringList chain{"p is_a 0"_s};
+        QStringList cut; // after 256 keywords
+        for (int i = 0; i < 300; ++i)
+            chain.append("%1 is_a %2"_s.arg(i).arg(i + 1));
+        for (int i = 255; i >= 0; --i)
+            cut.append(QString::number(i));
+        // links | text of p
+        auto cases = rows(R"(
+            p uses k, p relates_to k, p is_not_a k, p requires k  | #p
+            p is_a k, p is_a l, k is_a m, l is_a m                | m>m>l>k#p
+            p is b, p is a, p contains z, p contains y            | y&z&a&b#p
+            p is a, p is_a k, k contains x                        | k:a#p
+            p is_a p2, p contains p2, p2 is_a k                   | #p
+            p is_a k, k is_a m, m is_a k                          | m>k#p
+            p is Zoo, p is Äpfel, p is apfel, p is Birne          | apfel&Äpfel&Birne&Zoo#p)");
+        cases.append(Row("p is a, p is %1 | a&%1#p"_s.arg(word)));
+        cases.append(Row(chain.join(", "_s) + " | "_s + cut.join(QLatin1Char('>')) + "#p"_s));
+        for (const Row &row : qAsConst(cases))
+            QCOMPARE(row.with(package(buildIndex({graph(row[0])}), "p"_s)->sortString()), row.text());
+    }
+
     void listsKeepTheirIndex()
     {
         MemoryCatalogue catalogue = graph("p is_a k"_s);
@@ -192,5 +315,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(tst_PackageNode)
-#include "tst_packagenode.moc"
+QTEST_GUILESS_MAIN(tst_Nodes)
+#include "tst_nodes.moc"
