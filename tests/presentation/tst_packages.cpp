@@ -110,9 +110,8 @@ void tst_Packages::fieldsConvert()
         }
         QCOMPARE(field->isStatusDependent(), field == &file);
     }
-    QCOMPARE(QVariantList({plain.read(nullptr), ManifestSizeField().read(nullptr), file.read(nullptr),
-                           file.convert("oak.png"_s, nullptr)}),
-             QVariantList({QJsonValue(QJsonValue::Undefined), QSizeF(0, 0), QUrl(), QUrl()}));
+    QCOMPARE(file.convert("oak.png"_s, nullptr), QUrl());
+    QCOMPARE(ManifestSizeField().read(nullptr), QSizeF(0, 0));
 }
 
 // What comes of a word: installers started (+) and destroyed (-), whether the sources are asked for news, and
