@@ -38,11 +38,15 @@ struct ModelStage : Stage
         QDebug(&line) << "critical: Object" << &unusable
                       << "does not implement the IPackageProvider interface";
         const LogCapture criticals("tamsel.packages"_s);
+        const auto misprovide = [&](auto) {
+            model.setPackageProvider(&unusable);
+            QCOMPARE(model.packageProvider(), &unusable); // kept, though of no use
+        };
         const Verbs verbs{
             {"publish"_s, [&](auto) { publish(); }},
             {"provide"_s, [&](auto) { model.setPackageProvider(&provider); }},
             {"remove"_s, [&](auto) { model.setPackageProvider(nullptr); }},
-            {"misprovide"_s, [&](auto) { model.setPackageProvider(&unusable); }},
+            {"misprovide"_s, misprovide},
             {"type"_s, [&](auto type) { model.setPackageType(type); }},
             {"both"_s, [&](auto type) { model.setPackageType(type), model.setPackageProvider(&provider); }},
             {"search"_s, [&](auto text) { model.setProperty("searchString", text); }},
@@ -123,7 +127,7 @@ private Q_SLOTS:
             "id:w[keywordIdChanged "
             "-1 -, keywordChanged 4 water] remove[keywordChanged -1 -] publish provide[keywordChanged 4 "
             "water] "
-            "misprovide[keywordChanged -1 -] provide[keywordChanged 4 water] lose[keywordChanged -1 -]"_s;
+            "lose[keywordChanged -1 -] provide[keywordChanged 4 water] misprovide[keywordChanged -1 -]"_s;
         ModelStage<CategoryListModel> stage;
         Keyword keyword;
         const Verbs verbs{
