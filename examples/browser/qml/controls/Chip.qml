@@ -28,6 +28,7 @@ AbstractButton {
             width: Math.min(implicitWidth, chip.maximumWidth - chip.leftPadding - chip.rightPadding
                                            - (mark.visible ? mark.width + parent.spacing : 0))
             text: chip.text
+            textFormat: Text.PlainText
             font: chip.font
             elide: Text.ElideRight
             color: chip.emphasised ? Theme.accentSoftInk : Theme.text
