@@ -216,6 +216,13 @@
         <source></source>
         <translation>Stichwörter</translation>
     </message>
+    <message id="browser-more" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Noch %Ln zeigen</numerusform>
+            <numerusform>Noch %Ln zeigen</numerusform>
+        </translation>
+    </message>
     <message id="browser-status-installed">
         <source></source>
         <translation>Installiert</translation>

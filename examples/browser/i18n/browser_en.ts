@@ -216,6 +216,13 @@
         <source></source>
         <translation>Keywords</translation>
     </message>
+    <message id="browser-more" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Show %Ln more</numerusform>
+            <numerusform>Show %Ln more</numerusform>
+        </translation>
+    </message>
     <message id="browser-status-installed">
         <source></source>
         <translation>Installed</translation>

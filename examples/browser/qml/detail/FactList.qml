@@ -8,6 +8,7 @@ Section {
     property var facts: []
 
     title: qsTrId("browser-facts")
+    count: facts.length
 
     Rectangle {
         width: parent.width
@@ -24,7 +25,7 @@ Section {
             width: parent.width - 2 * x
 
             Repeater {
-                model: section.facts
+                model: section.firstOf(section.facts)
 
                 FactRow {
                     width: rows.width

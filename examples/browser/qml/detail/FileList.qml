@@ -8,6 +8,7 @@ Section {
     property var files: []
 
     title: qsTrId("browser-files")
+    count: files.length
 
     Rectangle {
         width: parent.width
@@ -24,7 +25,7 @@ Section {
             width: parent.width - 2 * x
 
             Repeater {
-                model: section.files
+                model: section.firstOf(section.files)
 
                 FileRow {
                     width: rows.width

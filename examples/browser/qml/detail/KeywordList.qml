@@ -11,13 +11,14 @@ Section {
     signal keywordChosen(var keyword)
 
     title: qsTrId("browser-keywords")
+    count: keywords.length
 
     Flow {
         width: parent.width
         spacing: 6
 
         Repeater {
-            model: section.keywords
+            model: section.firstOf(section.keywords)
 
             Chip {
                 text: modelData.name

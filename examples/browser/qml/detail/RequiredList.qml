@@ -12,9 +12,10 @@ Section {
     signal packageChosen(string id)
 
     title: qsTrId("browser-required")
+    count: ids.length
 
     Repeater {
-        model: section.ids
+        model: section.firstOf(section.ids)
 
         RequiredPackage {
             width: section.width
