@@ -10,6 +10,7 @@ namespace browser {
 namespace {
 
 constexpr QChar separator = QLatin1Char(':');
+constexpr int mostLevels = 8; // a type of 64 KiB would have 32,000 of them
 
 // Compared by segments: a parent comes right before its children, whatever other characters names have.
 using Counts = QMap<QStringList, int>;
@@ -23,7 +24,7 @@ Counts countExactTypes(const ts::pm::PackageList &packages)
         // Packages come ordered by type, so that a large catalogue costs few look-ups.
         if (!count || package->type() != type) {
             type = package->type();
-            count = &counts[type.toString().split(separator, Qt::SkipEmptyParts)];
+            count = &counts[type.toString().split(separator, Qt::SkipEmptyParts).mid(0, mostLevels)];
         }
         ++*count;
     }

@@ -18,7 +18,8 @@ class CatalogueTypes : public RepositoryObserver
     Q_OBJECT
     /**
      * One object for each type, parents before their children: "type", "depth" (0 for the first level) and
-     * "count", with the packages of types below. A type that says no more than its parent is left out.
+     * "count", with the packages of types below. A type that says no more than its parent is left out, and
+     * so is one below the eighth level.
      */
     Q_PROPERTY(QVariantList types READ types NOTIFY typesChanged)
 
