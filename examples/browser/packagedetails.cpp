@@ -28,6 +28,14 @@ bool comesBefore(const KeywordNode *a, const KeywordNode *b)
     return a->displayString().localeAwareCompare(b->displayString()) < 0;
 }
 
+// A keyword need not have a name in the language of the application. Packages can be chosen by a category all
+// the same, but not be searched by another keyword.
+QString nameOf(const KeywordNode &keyword)
+{
+    const QStringRef name = keyword.displayString();
+    return (name.isEmpty() && keyword.isCategory() ? keyword.id() : name).toString();
+}
+
 QVariantList keywordsOf(const PackageNode &package)
 {
     const QSet<KeywordNode *> carried = package.keywords();
@@ -35,8 +43,10 @@ QVariantList keywordsOf(const PackageNode &package)
     std::sort(ordered.begin(), ordered.end(), comesBefore);
     QVariantList keywords;
     for (const KeywordNode *keyword : qAsConst(ordered)) {
+        if (nameOf(*keyword).isEmpty())
+            continue;
         keywords.append(QVariantMap{{QStringLiteral("id"), keyword->id().toString()},
-                                    {QStringLiteral("name"), keyword->displayString().toString()},
+                                    {QStringLiteral("name"), nameOf(*keyword)},
                                     {QStringLiteral("category"), keyword->isCategory()}});
     }
     return keywords;

@@ -121,6 +121,6 @@ QtObject {
 
     function categoryName(id) {
         var row = categoryRow(id);
-        return row < 0 ? "" : categories.data(categories.index(row, 0), 1);
+        return row < 0 ? "" : categories.data(categories.index(row, 0), 1) || id;
     }
 }

@@ -14,7 +14,7 @@ SideList {
 
     delegate: SideItem {
         width: list.width - 14
-        text: model.name
+        text: model.name || model.id
         chosen: model.id === list.catalogue.listing.categoryId
         current: ListView.isCurrentItem && list.activeFocus
         onClicked: list.choose(index)
