@@ -19,6 +19,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <memory>
 #include <vector>
 
@@ -160,7 +161,8 @@ std::vector<Row> rowsOf(const ts::pm::PackageList &packages)
     return rows;
 }
 
-void print(const std::vector<Row> &rows)
+// Returns whether the output has taken all of it.
+bool print(const std::vector<Row> &rows)
 {
     std::array<int, columnCount> widths{};
     for (const Row &row : rows) {
@@ -175,6 +177,8 @@ void print(const std::vector<Row> &rows)
             line += row[column].leftJustified(widths[column] + columnGap);
         output << line.trimmed() << '\n';
     }
+    output.flush();
+    return output.status() == QTextStream::Ok && std::fflush(stdout) == 0;
 }
 
 } // namespace
@@ -211,8 +215,10 @@ int listCatalogue(const BrowserOptions &options)
         printError(QStringLiteral("The catalogue could not be read in time."));
         return 1;
     }
-    print(rowsOf(ts::pm::PackageIndex::selectPackages(repository.packageIndex(), QString(), {}, {})));
-    return 0;
+    if (print(rowsOf(ts::pm::PackageIndex::selectPackages(repository.packageIndex(), QString(), {}, {}))))
+        return 0;
+    printError(QStringLiteral("The table cannot be written."));
+    return 1;
 }
 
 } // namespace browser
