@@ -1,5 +1,7 @@
 #include "ledger/ledgerreport.h"
 
+#include "ledger/counted.h"
+#include "ledger/latin1.h"
 #include "ledger/texttable.h"
 #include "ledger/typenames.h"
 
@@ -57,13 +59,13 @@ LedgerReport::LedgerReport(const LedgerRecords &records, const LedgerVerificatio
 
 QString LedgerReport::summary() const
 {
-    return QStringLiteral("%1 issuers, %2 packages of %3 types, %4 keywords in %5 languages, %6 links")
-        .arg(records.issuers.size())
-        .arg(records.packages.size())
-        .arg(records.types.size())
-        .arg(records.keywords.size())
-        .arg(records.languages.size())
-        .arg(records.links.size());
+    return QStringLiteral("%1, %2 of %3, %4 in %5, %6")
+        .arg(counted(records.issuers.size(), latin1("issuer")),
+             counted(records.packages.size(), latin1("package")),
+             counted(records.types.size(), latin1("type")),
+             counted(records.keywords.size(), latin1("keyword")),
+             counted(records.languages.size(), latin1("language")),
+             counted(records.links.size(), latin1("link")));
 }
 
 QString LedgerReport::toText() const

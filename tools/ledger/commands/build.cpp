@@ -1,6 +1,7 @@
 #include "ledger/commands/commands.h"
 #include "ledger/commands/signedcatalogue.h"
 #include "ledger/console.h"
+#include "ledger/counted.h"
 #include "ledger/filecopy.h"
 #include "ledger/latin1.h"
 
@@ -33,12 +34,12 @@ int build(const QStringList &arguments)
         Console::error(error);
         return Failure;
     }
-    return Console::print(QStringLiteral("%1: %2 packages, %3 keywords, %4 links, %5 bytes")
-                              .arg(line.value(output))
-                              .arg(result.records.packages.size())
-                              .arg(result.records.keywords.size())
-                              .arg(result.records.links.size())
-                              .arg(result.ledger.size()))
+    return Console::print(QStringLiteral("%1: %2, %3, %4, %5")
+                              .arg(line.value(output),
+                                   counted(result.records.packages.size(), latin1("package")),
+                                   counted(result.records.keywords.size(), latin1("keyword")),
+                                   counted(result.records.links.size(), latin1("link")),
+                                   counted(result.ledger.size(), latin1("byte"))))
                ? Success
                : Failure;
 }

@@ -3,6 +3,7 @@
 #include "ledger/console.h"
 #include "ledger/couchdatabase.h"
 #include "ledger/couchdocument.h"
+#include "ledger/counted.h"
 #include "ledger/filecopy.h"
 #include "ledger/latin1.h"
 
@@ -59,13 +60,12 @@ int upload(const QVector<CouchDocument> &documents, const CommandLine &line)
     if (!Console::report(problems))
         return Failure;
     const CouchDatabase::Result result = database.result();
-    return Console::print(
-               QStringLiteral("%1 documents written, %2 unchanged, %3 deleted, %4 left that are not in the "
-                              "catalogue")
-                   .arg(result.written)
-                   .arg(result.unchanged)
-                   .arg(result.deleted)
-                   .arg(result.vanished))
+    return Console::print(QStringLiteral("%1 written, %2 unchanged, %3 deleted, %4 left that are not in the "
+                                         "catalogue")
+                              .arg(counted(result.written, latin1("document")))
+                              .arg(result.unchanged)
+                              .arg(result.deleted)
+                              .arg(result.vanished))
                ? Success
                : Failure;
 }
@@ -125,8 +125,8 @@ int couchdb(const QStringList &arguments)
         Console::error(error);
         return Failure;
     }
-    return Console::print(
-               QStringLiteral("%1: %2 documents").arg(line.value(outputOption)).arg(documents.size()))
+    return Console::print(QStringLiteral("%1: %2").arg(line.value(outputOption),
+                                                       counted(documents.size(), latin1("document"))))
                ? Success
                : Failure;
 }

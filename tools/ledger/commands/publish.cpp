@@ -1,6 +1,7 @@
 #include "ledger/commands/commands.h"
 #include "ledger/commands/signedcatalogue.h"
 #include "ledger/console.h"
+#include "ledger/counted.h"
 #include "ledger/latin1.h"
 #include "ledger/publisher.h"
 
@@ -25,8 +26,8 @@ void takeLedger(SignedCatalogue &result, const CommandLine &line, Problems &prob
 bool tell(const Publisher::Result &result)
 {
     return Console::print(
-        QStringLiteral("%1 files written, %2 kept, %3 removed; the ledger is %4")
-            .arg(result.filesWritten)
+        QStringLiteral("%1 written, %2 kept, %3 removed; the ledger is %4")
+            .arg(counted(result.filesWritten, latin1("file")))
             .arg(result.filesKept)
             .arg(result.filesRemoved)
             .arg(result.ledgerWritten ? QStringLiteral("new") : QStringLiteral("unchanged")));
