@@ -92,6 +92,14 @@ QtObject {
     readonly property bool connecting: serversWith(PackageServerSource.Connecting).length > 0 || firstAnswer.running
     readonly property var unreachableServers: serversWith(PackageServerSource.Unreachable)
     readonly property var untrustedServers: serversWith(PackageServerSource.Untrusted)
+    property int away: 0
+
+    // Pictures that a server did not give are not asked for again unless their cards are made anew.
+    onUnreachableServersChanged: {
+        if (unreachableServers.length < away)
+            listing.reload(true);
+        away = unreachableServers.length;
+    }
 
     function serversWith(status) {
         var urls = [];
