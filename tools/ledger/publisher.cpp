@@ -13,6 +13,8 @@
 #include <QRegularExpression>
 #include <QtConcurrentMap>
 
+#include <filesystem>
+
 namespace ts::ledger {
 
 namespace {
@@ -56,8 +58,11 @@ Publisher::Publisher(const ServerTree &tree, const Options &options)
 
 bool Publisher::publish(const QByteArray &ledger, const LedgerRecords &records, const Catalogue &catalogue)
 {
-    if (!QDir().mkpath(tree.directory()))
-        return fail(QStringLiteral("%1: cannot be made").arg(tree.directory()));
+    std::error_code failure;
+    std::filesystem::create_directories(QFile::encodeName(tree.directory()).toStdString(), failure);
+    if (failure)
+        return fail(QStringLiteral("%1: %2").arg(tree.directory(),
+                                                 QString::fromLocal8Bit(failure.message().c_str())));
     TreeLock lock(tree.lock());
     const QString error = lock.acquire(lockTimeout);
     if (!error.isNull())
