@@ -28,9 +28,10 @@ constexpr QFile::Permissions everybody = ownerOnly | QFile::ReadGroup | QFile::R
 QByteArray read(const QString &path, Problems &problems)
 {
     QFile file(path);
-    if (!file.open(QIODevice::ReadOnly))
-        problems.addError(path, file.errorString());
-    return file.read(largestKeyFile);
+    if (file.open(QIODevice::ReadOnly))
+        return file.read(largestKeyFile);
+    problems.addError(path, file.errorString());
+    return QByteArray();
 }
 
 // A temporary file can be read by its owner only. A hard link, unlike a new name, takes no other file's
