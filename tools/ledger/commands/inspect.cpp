@@ -49,7 +49,7 @@ public:
             return Failure;
         const auto read = LedgerReader::read(document, &error);
         if (!read) {
-            Console::error(error);
+            Console::error(QStringLiteral("%1: %2").arg(line.argument(0), error));
             return NotValid;
         }
         records = *read;

@@ -5,8 +5,6 @@
 #include "ledger/latin1.h"
 #include "ledger/publisher.h"
 
-#include <QFile>
-
 namespace ts::ledger {
 
 namespace {
@@ -14,14 +12,6 @@ namespace {
 constexpr QLatin1String ledgerOption = latin1("ledger");
 constexpr QLatin1String pruneOption = latin1("prune");
 constexpr QLatin1String recheckOption = latin1("recheck");
-
-void takeLedger(SignedCatalogue &result, const CommandLine &line, Problems &problems)
-{
-    QFile file(line.value(ledgerOption));
-    if (!file.open(QIODevice::ReadOnly))
-        return problems.addError(file.fileName(), file.errorString());
-    result.takeLedger(file.readAll(), line, problems);
-}
 
 bool tell(const Publisher::Result &result)
 {
@@ -67,7 +57,8 @@ int publish(const QStringList &arguments)
     Problems problems;
     SignedCatalogue result;
     result.catalogue = readCatalogue(line, line.argument(0), problems);
-    line.isSet(ledgerOption) ? takeLedger(result, line, problems) : result.sign(line, problems);
+    line.isSet(ledgerOption) ? result.takeLedger(line.value(ledgerOption), line, problems)
+                             : result.sign(line, problems);
     if (!Console::report(problems))
         return Failure;
     Publisher publisher(ServerTree(line.argument(1)), {line.isSet(recheckOption), line.isSet(pruneOption)});

@@ -99,13 +99,17 @@ void SignedCatalogue::sign(const CommandLine &line, Problems &problems)
     ledger = writer.toByteArray();
 }
 
-void SignedCatalogue::takeLedger(const QByteArray &document, const CommandLine &line, Problems &problems)
+void SignedCatalogue::takeLedger(const QString &path, const CommandLine &line, Problems &problems)
 {
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return problems.addError(path, file.errorString());
+    const QByteArray document = file.readAll();
     const PublicKey root = rootKey(line, problems);
     QString error;
     const std::optional<LedgerRecords> read = LedgerReader::read(document, &error);
     if (!read)
-        return problems.addError(QStringLiteral("The ledger"), error);
+        return problems.addError(path, error);
     records = *read;
     ledger = document;
     const Problems found = LedgerVerification::of(records, root).problems;

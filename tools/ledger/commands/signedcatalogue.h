@@ -30,8 +30,8 @@ public:
     /** Signs the catalogue, with the key and certificate of the command line. */
     void sign(const CommandLine &line, Problems &problems);
 
-    /** Takes a ledger that was built before, and believes it no more than a client would. */
-    void takeLedger(const QByteArray &document, const CommandLine &line, Problems &problems);
+    /** Takes a ledger that was built before from a file, and believes it no more than a client would. */
+    void takeLedger(const QString &path, const CommandLine &line, Problems &problems);
 
     Catalogue catalogue;
     LedgerRecords records;
