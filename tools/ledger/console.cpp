@@ -1,6 +1,8 @@
 #include "ledger/console.h"
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 #include <unistd.h>
 
@@ -67,8 +69,11 @@ QString Console::printable(QString text)
 
 bool Console::print(const QString &line)
 {
-    return std::fputs((line + QLatin1Char('\n')).toUtf8().constData(), stdout) >= 0
-           && std::fflush(stdout) == 0;
+    if (std::fputs((line + QLatin1Char('\n')).toUtf8().constData(), stdout) >= 0 && std::fflush(stdout) == 0)
+        return true;
+    error(
+        QStringLiteral("the output cannot be written: %1").arg(QString::fromLocal8Bit(std::strerror(errno))));
+    return false;
 }
 
 } // namespace ts::ledger

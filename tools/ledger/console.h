@@ -23,7 +23,7 @@ public:
     /** \a text without control characters: names can come from anywhere, and a terminal obeys. */
     static QString printable(QString text);
 
-    /** A line of the result, as it stands. False if the output does not take it. */
+    /** A line of the result, as it stands. False, with an error told, if the output does not take it. */
     static bool print(const QString &line);
 };
 
