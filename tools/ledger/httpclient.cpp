@@ -8,7 +8,8 @@ namespace ts::ledger {
 
 namespace {
 
-constexpr int transferTimeout = 60000; // milliseconds without a byte
+constexpr int transferTimeout = 60000;          // milliseconds without a byte
+constexpr qint64 largestBody = 0x7FFFFFFF - 64; // bytes after decompression, as many as a QByteArray holds
 
 } // namespace
 
@@ -36,14 +37,25 @@ HttpAnswer HttpClient::exchange(const QByteArray &method, const QUrl &url, const
     const QScopedPointer<QNetworkReply> reply(manager.sendCustomRequest(request, method, json));
     QEventLoop loop;
     QObject::connect(reply.data(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
-    loop.exec();
     HttpAnswer answer;
+    bool isTooLarge = false;
+    const auto take = [&] {
+        isTooLarge = isTooLarge || answer.body.size() + reply->bytesAvailable() > largestBody;
+        if (!isTooLarge)
+            answer.body += reply->readAll();
+        else if (!reply->isFinished())
+            reply->abort();
+    };
+    QObject::connect(reply.data(), &QNetworkReply::readyRead, &loop, take);
+    loop.exec();
+    take();
     answer.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    answer.body = reply->readAll();
     // A status that tells of a failure is an answer as well; below it are failures of the connection.
     const bool answered = reply->error() == QNetworkReply::NoError || answer.status >= 400;
-    if (!answered)
-        answer.error = QStringLiteral("%1: %2").arg(url.toString(QUrl::RemoveUserInfo), reply->errorString());
+    if (isTooLarge || !answered)
+        answer.error = QStringLiteral("%1: %2").arg(
+            url.toString(QUrl::RemoveUserInfo),
+            isTooLarge ? QStringLiteral("more than %1 bytes").arg(largestBody) : reply->errorString());
     return answer;
 }
 
