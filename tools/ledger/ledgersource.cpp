@@ -14,12 +14,16 @@ constexpr int okStatus = 200;
 
 QByteArray download(const QUrl &url, QString *error)
 {
+    const QString place = url.isValid() ? url.toString(QUrl::RemoveUserInfo) : url.errorString();
+    if (!url.isValid() || url.host().isEmpty()) {
+        *error = QStringLiteral("%1: no URL of a ledger").arg(place);
+        return QByteArray();
+    }
     const HttpAnswer answer = HttpClient().exchange("GET", url);
     if (answer.status == okStatus && answer.error.isNull())
         return answer.body + QByteArray("", 0);
-    *error = answer.error.isNull()
-                 ? QStringLiteral("%1: answered with %2").arg(url.toString()).arg(answer.status)
-                 : answer.error;
+    *error = answer.error.isNull() ? QStringLiteral("%1: answered with %2").arg(place).arg(answer.status)
+                                   : answer.error;
     return QByteArray();
 }
 
