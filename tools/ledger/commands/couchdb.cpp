@@ -22,20 +22,24 @@ constexpr QLatin1String urlOption = latin1("url");
 // What a POST to "_bulk_docs" takes, with a line for each document.
 QString writeDocuments(const QVector<CouchDocument> &documents, const QString &path)
 {
-    return FileCopy::write(FileCopy::Filler([&documents](QIODevice &device) {
-                               QString error;
-                               device.write("{\"docs\":[\n");
-                               for (const CouchDocument &document : documents) {
-                                   if (&document != &documents.constFirst())
-                                       device.write(",\n");
-                                   device.write(document.toJson(QString(), {}, &error));
-                                   if (!error.isNull())
-                                       return error;
-                               }
-                               device.write("\n]}\n");
-                               return error;
-                           }),
-                           path);
+    const auto fill = [&documents, &path](QIODevice &device) {
+        QString error;
+        const auto put = [&](const QByteArray &bytes) {
+            if (error.isNull() && device.write(bytes) != bytes.size())
+                error = QStringLiteral("%1: %2").arg(path, device.errorString());
+        };
+        put("{\"docs\":[\n");
+        for (const CouchDocument &document : documents) {
+            if (&document != &documents.constFirst())
+                put(",\n");
+            put(document.toJson(QString(), {}, &error));
+            if (!error.isNull())
+                break;
+        }
+        put("\n]}\n");
+        return error;
+    };
+    return FileCopy::write(FileCopy::Filler(fill), path);
 }
 
 // The first line of the file, as in "user:password".
