@@ -142,6 +142,12 @@ private Q_SLOTS:
             QCOMPARE(outcome.exitCode, good ? 0 : 1);
             QCOMPARE(QFile::remove(workshop.path("out"_s)), good);
         }
+        DirectoryCatalogue catalogue;
+        fill(catalogue);
+        QFile huge(catalogue.path() + "/packages/top/huge"_s); // takes no room on the disk
+        QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(2147483648));
+        QVERIFY(workshop.run("build SIGNED --output out "_s + catalogue.path())
+                    .errors.contains("top/huge: 2147483648 bytes; at most 2147483647"_s));
     }
 
     void refusesLinksOutOfTheDirectory()
@@ -175,7 +181,7 @@ private Q_SLOTS:
             QCOMPARE(writer.toByteArray().isNull(), beyond == 1);
         }
         ts::ledger::LedgerRecords records;
-        records.packages.fill(package, 32740); // 2 GiB in all
+        records.packages.fill(package, 16370); // 1 GiB in all
         QCOMPARE(ts::ledger::LedgerWriter(records).errors().size(), 1);
     }
 

@@ -22,6 +22,7 @@ namespace {
 
 constexpr int largestJsonFile = 1048576;      // bytes; applications read no more of a file
 constexpr int largestNumberOfLevels = 100000; // as many as applications examine
+constexpr qint64 largestFile = 2147483647;    // bytes; applications fetch no more of a file
 
 constexpr QLatin1String manifestName = latin1("manifest.json");
 constexpr QLatin1String jsonSuffix = latin1(".json");
@@ -151,6 +152,9 @@ void CatalogueReader::addFile(CataloguePackage &package, const DirectoryEntry &e
         package.manifest = readObject(entry.path).value_or(QJsonObject());
         return;
     }
+    if (const qint64 size = QFileInfo(entry.path).size(); size > largestFile)
+        return problems.addError(
+            place, QStringLiteral("%1 bytes; at most %2 are possible in a file").arg(size).arg(largestFile));
     if (!isSafeInUrls(package.info.id) || !isSafeInUrls(entry.name))
         problems.addWarning(place, QStringLiteral("one of ':%?#' in the id or in the name; the file can only "
                                                   "be shown once it is installed"));

@@ -2,8 +2,6 @@
 
 #include <QtEndian>
 
-#include <limits>
-
 namespace ts::ledger {
 
 namespace {
@@ -17,8 +15,8 @@ constexpr int sectionCount = 4;
 constexpr quint64 largestText = 0xFFFF; // bytes
 constexpr quint64 largestCount16 = 0xFFFF;
 constexpr quint64 largestCount8 = 0xFF;
-// Offsets could reach 4 GiB, but readers keep a document in one QByteArray, which has room for its own head.
-constexpr quint64 largestDocument = std::numeric_limits<int>::max() - 64; // bytes
+constexpr quint64 largestDocument =
+    1073741824; // bytes; offsets could reach 4 GiB, but applications fetch no more
 
 /** Tells how long something gets without writing it. */
 class Counter
