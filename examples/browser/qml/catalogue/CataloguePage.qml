@@ -84,6 +84,7 @@ FocusScope {
                         focus: true
                         catalogue: page.catalogue
                         onPackageChosen: page.packageChosen(id)
+                        onTyped: topBar.searchField.begin(text)
                     }
 
                     CatalogueMessage {

@@ -19,6 +19,8 @@ GridView {
     property bool startOver: false
 
     signal packageChosen(string id)
+    // The keyboard has begun a word, which the view itself has no use for.
+    signal typed(string text)
 
     readonly property int columns: Math.max(1, Math.floor(width / (Theme.body * 16)))
 
@@ -61,8 +63,12 @@ GridView {
     Keys.onEnterPressed: open(currentIndex)
     Keys.onSpacePressed: open(currentIndex)
     Keys.onPressed: {
-        if (turnTo(event.key))
+        if (turnTo(event.key)) {
             event.accepted = true;
+        } else if (begins(event)) {
+            typed(event.text);
+            event.accepted = true;
+        }
     }
 
     function open(index) {
@@ -85,6 +91,12 @@ GridView {
             return false;
         currentIndex = targets[key];
         return true;
+    }
+
+    // Whether a key is a character, not a command.
+    function begins(event) {
+        var commands = Qt.ControlModifier | Qt.AltModifier | Qt.MetaModifier;
+        return !(event.modifiers & commands) && /^[^\x00-\x20\x7f]/.test(event.text);
     }
 
     function rememberPlace() {

@@ -97,6 +97,14 @@ TextField {
         catalogue.suggestions.searchString = whole ? "" : words;
     }
 
+    // Takes over from wherever a word has been begun.
+    function begin(text) {
+        forceActiveFocus(Qt.ShortcutFocusReason);
+        popup.dismissed = false;
+        searchFor(text, false);
+        cursorPosition = length;
+    }
+
     // Shows what the list is filtered by after that has been changed elsewhere.
     function follow() {
         if (text !== catalogue.listing.searchText)
