@@ -1,16 +1,25 @@
 #include "server/packageserver.h"
+#include "server/packageserveraccessor.h"
 
-#include "repository/packageaccessor.h"
 #include "repository/packagerecords.h"
-#include "servedledger.h"
+#include "server/packageledger.h"
+#include "storage/filestore.h"
+#include "storage/packageinstaller.h"
 #include "support/fakeclock.h"
+#include "support/httpserver.h"
+#include "support/literals.h"
 #include "support/logcapture.h"
+#include "support/signedledger.h"
+#include "support/table.h"
 
+#include <TamselAccount/Service>
 #include <TamselNetwork/NetworkAccessManager>
 
 #include <QNetworkReply>
 #include <QSignalSpy>
 #include <QThreadPool>
+#include <QUuid>
+#include <QtConcurrentRun>
 #include <QtTest>
 
 using namespace ts::pm;
@@ -19,6 +28,8 @@ using ts::network::NetworkAccessManager;
 using Polled = PackageServer::PollResult;
 
 namespace {
+
+const QByteArray ledgerPath = "/api/v1/ledger";
 
 bool pollIsUnderWay()
 {
@@ -30,6 +41,89 @@ QString revisionOf(const PackageServer &server)
     const QScopedPointer<PackageAccessor> accessor(server.getAccessor());
     return accessor->packageCount() > 0 ? accessor->packageInfo(0).revision : QString();
 }
+
+QString idOf(const QByteArray &content)
+{
+    return QString::fromLatin1(QCryptographicHash::hash(content, QCryptographicHash::Sha224).toHex());
+}
+
+/** What came of a URL, as in "200 content". */
+QString fetch(const QUrl &url)
+{
+    QNetworkAccessManager manager;
+    const QScopedPointer<QNetworkReply> reply(manager.get(QNetworkRequest(url)));
+    QSignalSpy(reply.data(), &QNetworkReply::finished).wait();
+    const int status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
+    return QString::number(status) + QLatin1Char(' ') + QString::fromUtf8(reply->readAll());
+}
+
+/** A ledger with the package "oak", the server that has it and its files, a service that is ready, and the
+ * accessor. */
+class Stage : public ScriptedServer
+{
+public:
+    explicit Stage(const SignedLedger::Contents &files = {})
+        : uuid(QUuid::createUuid().toString(QUuid::WithoutBraces))
+        , service(new ts::account::Service(url(), uuid))
+    {
+        ledger.addPackage("oak", "plant:tree", R"({"title":"Oak"})", files);
+        for (const QByteArray &content : files)
+            answerFile(content, 200, content);
+        service->enable();
+        QCoreApplication::processEvents();
+        open();
+    }
+
+    static QByteArray pathOf(const QByteArray &content)
+    {
+        return ledgerPath + '/' + idOf(content).toLatin1();
+    }
+
+    void answer(int status, const QByteArray &body = {}, const QByteArray &tag = {})
+    {
+        const QByteArray header = tag.isEmpty() ? QByteArray() : "ETag: " + tag + "\r\n";
+        setAnswer(ledgerPath, HttpAnswer::with(status, body, header));
+    }
+
+    void answerFile(const QByteArray &content, int status, const QByteArray &body = {})
+    {
+        setAnswer(pathOf(content), HttpAnswer::with(status, body));
+    }
+
+    QByteArray lastTag() const { return requests().constLast().headers.value("if-none-match"); }
+
+    /** Makes the accessor, anew if there is one. */
+    void open()
+    {
+        const auto parsed = QSharedPointer<PackageLedger>::create(ledger.toByteArray(), QByteArray());
+        QVERIFY(parsed->valid);
+        accessor.reset(new PackageServerAccessor(service.data(), parsed));
+    }
+
+    QUrl fileUrl(const QString &name, int package = 0) { return accessor->packageFileUrl(package, name); }
+
+    /** Installs a package, and tells the status and the errors. */
+    QString install(int package = 0)
+    {
+        const QString name = QUuid::createUuid().toString(QUuid::Id128);
+        const InstallLocation location = InstallLocation::createRoot().subLocation(name);
+        const QScopedPointer<PackageInstaller> job(accessor->packageInstaller(package, location));
+        if (!QTest::qWaitFor([&] { return job->isFinished(); }))
+            return "not finished"_s;
+        installed = location.directory(false).entryList(QDir::Files | QDir::System, QDir::Name);
+        QStringList lines;
+        for (const InstallError &error : job->errors())
+            lines.append("%1 %2"_s.arg(QString::number(error.code), error.message));
+        lines.sort();
+        return lines.join(QLatin1Char('\n')).prepend("%1\n"_s.arg(job->status()));
+    }
+
+    SignedLedger ledger;
+    const QString uuid;
+    QScopedPointer<ts::account::Service> service;
+    QScopedPointer<PackageServerAccessor> accessor;
+    QStringList installed; // by the last job
+};
 
 /** A server at work, and what it tells. */
 class Source
@@ -75,12 +169,10 @@ private Q_SLOTS:
                                              {500, 10},  {200, 120}, {500, 5}};
         const QMap<int, Polled> results{{200, Polled::LedgerRejected}, {304, Polled::LedgerUnchanged}};
         const LogCapture log("tamsel.packageserver"_s);
-        ServedLedger http;
-        ReadyService service(http);
+        Stage http;
         http.answer(steps.first().first, "no ledger");
-        Source source(&service);
+        Source source(http.service.data());
         source.server->update(); // while one is under way, another one does not begin
-        QStringList lines;
         for (int i = 0; i < steps.size(); ++i) {
             const auto [status, wait] = steps.at(i);
             QVERIFY(source.ends(results.value(status, Polled::PollFailed)));
@@ -90,24 +182,20 @@ private Q_SLOTS:
             QVERIFY2(!pollIsUnderWay(), qPrintable(QString::number(wait)));
             FakeClock::advance(std::chrono::seconds(wait * 2 / 5 + 4));
             QVERIFY2(pollIsUnderWay(), qPrintable(QString::number(wait)));
-            if (status == 304)
-                lines.append("debug: Package server update complete - no changes"_s);
-            else if (status != 200)
-                lines.append("critical: Ledger update failed with status %1 \"no ledger\""_s.arg(status));
         }
-        QCOMPARE(log.lines(), lines);
+        QCOMPARE(log.lines().size(), 12);
+        QCOMPARE(log.lines().at(1), "critical: Ledger update failed with status 404 \"no ledger\""_s);
+        QCOMPARE(log.lines().at(8), "debug: Package server update complete - no changes"_s);
     }
 
-    void ledgersReplaceEachOther()
+    void keepsTheLastGoodLedger()
     {
-        ServedLedger http;
-        ReadyService service(http);
+        Stage http;
         http.answer(200, http.ledger.toByteArray(), R"(W/"a b")");
-        Source source(&service);
-        QVERIFY(pollIsUnderWay());
+        Source source(http.service.data());
+        source.server->persist(); // there is nothing to save yet
         QVERIFY(source.ends(Polled::LedgerUpdated));
         QCOMPARE(http.lastTag(), QByteArray());
-        QCOMPARE(source.updates.size(), 1);
         const QString first = revisionOf(*source.server);
         QCOMPARE(first.size(), 32);
 
@@ -131,58 +219,42 @@ private Q_SLOTS:
             QCOMPARE(source.updates.size(), replaced ? 2 : 1);
             QCOMPARE(revisionOf(*source.server) != first, replaced);
         }
-    }
 
-    void startsFromWhatWasSaved()
-    {
-        const QString uuid = QUuid::createUuid().toString(QUuid::WithoutBraces);
-        ServedLedger http;
-        QString revision;
-        {
-            http.answer(200, http.ledger.toByteArray(), R"("tag")");
-            ReadyService service(http, uuid);
-            Source source(&service);
-            source.server->persist(); // there is nothing to save yet
-            QVERIFY(source.ends(Polled::LedgerUpdated));
-            revision = revisionOf(*source.server);
-            source.server->persist();
-        }
+        source.server->persist();
         QVERIFY(QThreadPool::globalInstance()->waitForDone());
-
         const LogCapture log("tamsel.packageserver"_s);
-        ts::account::Service service(http.url(), uuid); // not ready before the saved ledger has been read
-        Source source(&service);
+        ts::account::Service service(http.url(), http.uuid); // not ready before the saved ledger is read
+        Source restarted(&service);
         QVERIFY(QThreadPool::globalInstance()->waitForDone());
         QVERIFY(!pollIsUnderWay());
         http.answer(304);
-        QVERIFY(source.ends(Polled::LedgerUnchanged));
-        QCOMPARE(source.updates.size(), 1);
-        QCOMPARE(revisionOf(*source.server), revision);
+        QVERIFY(restarted.ends(Polled::LedgerUnchanged));
+        QCOMPARE(restarted.updates.size(), 1);
+        QCOMPARE(revisionOf(*restarted.server), revisionOf(*source.server));
         QCOMPARE(log.lines().first(),
-                 "info: Loaded persisted ledger of \"%1\" ETag \"\\\"tag\\\"\""_s.arg(uuid));
-        source.server->update();
-        QVERIFY(source.ends(Polled::LedgerUnchanged));
-        QCOMPARE(http.lastTag(), QByteArray(R"("tag")"));
+                 "info: Loaded persisted ledger of \"%1\" ETag \"\\\"other\\\"\""_s.arg(http.uuid));
+        restarted.server->update();
+        QVERIFY(restarted.ends(Polled::LedgerUnchanged));
+        QCOMPARE(http.lastTag(), QByteArray(R"("other")"));
     }
 
     // Requests, verifications, servers and services end in any order.
     void outlivesNobody()
     {
-        ServedLedger http;
+        Stage http;
         http.answer(200, http.ledger.toByteArray(), R"("tag")");
-        QScopedPointer<ReadyService> service(new ReadyService(http));
-        QScopedPointer<PackageServer> polling(new PackageServer(service.data()));
+        QScopedPointer<PackageServer> polling(new PackageServer(http.service.data()));
         QVERIFY(pollIsUnderWay());
         polling.reset();
         QTRY_VERIFY(!pollIsUnderWay());
-        QScopedPointer<PackageServer> verifying(new PackageServer(service.data()));
+        QScopedPointer<PackageServer> verifying(new PackageServer(http.service.data()));
         QVERIFY(pollIsUnderWay());
         QTRY_VERIFY(!pollIsUnderWay());
         verifying.reset();
 
-        Source source(service.data());
-        QCOMPARE(source.server->service(), service.data());
-        service.reset();
+        Source source(http.service.data());
+        QCOMPARE(source.server->service(), http.service.data());
+        http.service.reset();
         QVERIFY(!source.server->isValid());
         QTRY_VERIFY(!pollIsUnderWay());
         source.server->update();
@@ -192,10 +264,145 @@ private Q_SLOTS:
         QCOMPARE(revisionOf(PackageServer(nullptr)), QString());
     }
 
+    void records()
+    {
+        Stage http;
+        SignedLedger &ledger = http.ledger;
+        ledger.addPackage("ash", "plant", "no manifest");
+        ledger.addKeyword("tree", Keyword::Noun,
+                          {{"en", {QByteArray("tree\0trees\0x", 12), "wood"}}, {"de", {"Baum"}}});
+        ledger.addKeyword("odd", 5);
+        std::swap(ledger.records.keywords[0].translations[0], ledger.records.keywords[0].translations[1]);
+        http.open();
+        const PackageServerAccessor &accessor = *http.accessor;
+
+        const PackageInfo oak = accessor.packageInfo(0);
+        QCOMPARE(accessor.packageCount(), 2);
+        QCOMPARE(oak.id + QLatin1Char(' ') + oak.type, "oak plant:tree"_s);
+        QCOMPARE(oak.revision.toLatin1(), ledger.records.packages[0].signature.left(24).toBase64());
+        QCOMPARE(accessor.packageManifest(0), (QJsonObject{{"title"_s, "Oak"_s}}));
+        const LogCapture log("tamsel.packageserver.ledger"_s);
+        QCOMPARE(accessor.packageManifest(1), QJsonObject());
+        QCOMPARE(log.lines(), QStringList("critical: Package manifest parsing failed: \"illegal value\""_s));
+
+        QCOMPARE(accessor.keywordLanguages(), QStringList({"de"_s, "en"_s}));
+        QStringList keywords;
+        for (int i = 0; i < accessor.keywordCount(); ++i) {
+            const KeywordInfo keyword = accessor.keywordInfo(i);
+            keywords.append("%1 %2"_s.arg(keyword.id).arg(int(keyword.type)));
+            for (const LangString &text : keyword.strings)
+                keywords.append("%1/%2/%3"_s.arg(text.language, text.sg, text.pl));
+        }
+        QCOMPARE(keywords.join(QLatin1Char(' ')), "tree 0 de/Baum/ en/tree/trees en/wood/ odd -1"_s);
+    }
+
+    void links()
+    {
+        Stage http;
+        http.ledger.addKeyword("tree", Keyword::Noun);
+        // Type, flags, source and target in the ledger; what comes of it.
+        const QVector<Row> table = rows(R"(
+            6   | 17  | 0 | 0          | 6 oak oak
+            0   | 128 | 0 | 0          | 0 tree oak
+            1   | 8   | 0 | 0          | 1 oak tree
+            7   | 0   | 0 | 1          | -1 tree
+            255 | 16  | 1 | 4294967295 | -1
+            2   | 1   | 2147483648 | 0 | 2  tree)");
+        for (const Row &row : table)
+            http.ledger.records.links.append(
+                {quint8(row[0].toInt()), quint8(row[1].toInt()), row[2].toUInt(), row[3].toUInt()});
+        http.open();
+        QCOMPARE(http.accessor->linkCount(), table.size());
+        for (int i = 0; i < table.size(); ++i) {
+            const LinkInfo link = http.accessor->linkInfo(i);
+            const QString outcome = "%1 %2 %3"_s.arg(QString::number(link.type), link.from, link.to);
+            QCOMPARE(table.at(i).with(outcome.trimmed()), table.at(i).text());
+        }
+    }
+
+    // Ids are not signed: whatever a server gives for one, nobody is sent to another place.
+    void filesComeThroughTheProxy()
+    {
+        QVector<QPair<QByteArray, QByteArray>> files{{"a-b", "dir/b.png"}, {"c", "e//f"}}; // id, name
+        for (const char *text :
+             {"a b", "\u00e4", "50%", "%41", "x?y#z", "http:", "http://host", "//host", "..", "../c",
+              "file:///etc/passwd?", "/..", "=", "[1]{2}|\\", "\U0001f333", "a:b"}) {
+            const QByteArray number = QByteArray::number(files.size());
+            files << qMakePair(number, QByteArray(text)) << qMakePair(QByteArray(text), '/' + number);
+        }
+        Stage http;
+        for (const auto &[id, name] : files) {
+            http.answerFile(id + name, 200, id + name);
+            http.ledger.addPackage(id, "plant", "{}", {{name, id + name}});
+        }
+        http.open();
+        for (int i = 0; i < files.size(); ++i) {
+            const QString name = QString::fromUtf8(files[i].second);
+            const QByteArray content = files[i].first + files[i].second;
+            const QUrl url = http.fileUrl(name, i + 1);
+            QCOMPARE(url.host(), "localhost"_s);
+            QCOMPARE(fetch(url), "200 "_s + QString::fromUtf8(content));
+            QVERIFY(http.fileUrl(name, i + 1).isLocalFile());
+            QCOMPARE(fetch(http.fileUrl(name, i + 1)), "0 "_s + QString::fromUtf8(content));
+            QCOMPARE(fetch(url), "200 "_s + QString::fromUtf8(content));
+            QCOMPARE(http.count(Stage::pathOf(content)), 1);
+        }
+        QCOMPARE(http.fileUrl("none"_s), QUrl());
+    }
+
+    void answersWithoutFile()
+    {
+        Stage http({{"picture", "of another tree"}, {"forged", "as signed"}});
+        http.answerFile("of another tree", 503);
+        http.answerFile("as signed", 200, "as forged");
+        const QUrl url = http.fileUrl("picture"_s);
+        QCOMPARE(fetch(url), "503 "_s);
+        QCOMPARE(fetch(http.fileUrl("forged"_s)), "500 "_s);
+        const QString key = url.toString().section(QLatin1Char('/'), 0, 3);
+        for (const char *path : {"/oak", "/elm/picture", "/oak/none", "/=oak/=none"})
+            QCOMPARE(fetch(QUrl(key + QLatin1String(path))), "404 Not Found"_s);
+        const QFuture<QUrl> asked = QtConcurrent::run([&http] { return http.fileUrl("picture"_s); });
+        QTRY_VERIFY(asked.isFinished());
+        QCOMPARE(asked.result(), url);
+        http.service.reset();
+        QCOMPARE(fetch(url), "502 "_s);
+    }
+
+    void requestsOutliveTheAccessor()
+    {
+        Stage http({{"picture", "late"}});
+        QNetworkAccessManager applications;
+        const QScopedPointer<QNetworkReply> reply(
+            applications.get(QNetworkRequest(http.fileUrl("picture"_s))));
+        QTRY_COMPARE(http.count(Stage::pathOf("late")), 1);
+        http.accessor.reset();
+        QTRY_VERIFY(FileStore::defaultStore()->contains(idOf("late")));
+        http.open();
+        QCOMPARE(fetch(http.fileUrl("picture"_s)), "0 late"_s);
+    }
+
+    void installs()
+    {
+        const LogCapture log("tamsel.packages"_s);
+        Stage http({{"1", "first"}, {"2", "absent"}, {"3", "third"}, {"4", "first"}, {"5", "signed"}});
+        http.answerFile("absent", 404);
+        http.answerFile("signed", 200, "forged");
+        QCOMPARE(http.install(), "-1\n2 Download of ./api/v1/ledger/%1 failed with code 404, error 203\n"
+                                 "3 Commit of file %2 (./api/v1/ledger/%2) failed (code 2)"_s.arg(
+                                     idOf("absent"), idOf("signed")));
+        QCOMPARE(http.installed.join(QLatin1Char(' ')), "1 2 3 4 5"_s);
+        QVERIFY(!FileStore::defaultStore()->contains(idOf("signed")));
+        http.ledger.addPackage("deep", "plant", "{}", {{"a/b", "first"}});
+        http.open();
+        QCOMPARE(http.install(1), "-1\n4 Failed to install file a/b (%1)"_s.arg(idOf("first")));
+        http.service.reset();
+        QCOMPARE(http.install(), "-1\n1 No service for package file download"_s);
+        QVERIFY(http.installed.isEmpty());
+    }
+
 private:
     const QSharedPointer<NetworkAccessManager> manager = NetworkAccessManager::sharedInstance();
 };
 
 QTEST_GUILESS_MAIN(tst_PackageServer)
-
 #include "tst_packageserver.moc"

@@ -7,7 +7,7 @@
 
 namespace ts::pm::test {
 
-/** What a run of the command has left: "0" or such, and its two outputs. */
+/** What a run of the command has left. */
 struct Outcome
 {
     int exitCode = -1;
@@ -20,17 +20,41 @@ class Workshop
 {
 public:
     /** With the keys "issuer" and the certificate "issuer.json". */
-    Workshop();
+    Workshop()
+    {
+        const QString issue = QStringLiteral("issue --root-key " DEVELOPMENT_KEY
+                                             " --name Acme --output issuer.json issuer.pem");
+        if (run(QStringLiteral("keygen issuer")).exitCode != 0 || run(issue).exitCode != 0)
+            qFatal("Cannot make the keys of an issuer");
+    }
 
     QString path(const QString &name) const { return directory.filePath(name); }
-    QByteArray content(const QString &name) const;
+    QByteArray content(const QString &name) const
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
 
-    /** Starts the command with the workshop as its working directory. */
-    void start(QProcess &process, const QString &arguments) const;
+    /** Starts the command with the workshop as its working directory. The words of \a arguments are parted by
+     * blanks; "SIGNED" stands for the options by which the issuer signs, "CATALOGUE" for its path. */
+    void start(QProcess &process, QString arguments) const
+    {
+        arguments.replace(QLatin1String("SIGNED"),
+                          QLatin1String("--key issuer.key.pem --certificate issuer.json"));
+        arguments.replace(QLatin1String("CATALOGUE"), catalogue.path());
+        process.setWorkingDirectory(directory.path());
+        process.start(QStringLiteral(TAMSEL_LEDGER), arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts));
+    }
 
-    /** Runs the command; the words of \a arguments are parted by blanks, and "SIGNED" stands for the options
-     * by which the issuer signs. */
-    Outcome run(const QString &arguments) const;
+    Outcome run(const QString &arguments) const
+    {
+        QProcess process;
+        start(process, arguments);
+        if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
+            return {-1, QString(), process.errorString()};
+        return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
+                QString::fromUtf8(process.readAllStandardError())};
+    }
 
     DirectoryCatalogue catalogue;
 
