@@ -1,6 +1,7 @@
 #pragma once
 
-#include <QtGlobal>
+#include <QDir>
+#include <QFile>
 
 #include <linux/capability.h>
 #include <sys/syscall.h>
@@ -26,5 +27,14 @@ private:
     __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
     __user_cap_data_struct before[2]{};
 };
+
+/** Makes a directory of this user read-only, or writable again; false if that does not come true. */
+[[nodiscard]] inline bool setWritable(const QString &path, bool isWritable)
+{
+    constexpr auto readOnly = QFile::ReadOwner | QFile::ExeOwner;
+    QFile::setPermissions(path, isWritable ? readOnly | QFile::WriteOwner : readOnly);
+    const QString probe = QStringLiteral("probe");
+    return (QDir(path).mkdir(probe) && QDir(path).rmdir(probe)) == isWritable;
+}
 
 } // namespace ts::pm::test
