@@ -68,12 +68,13 @@ DownloadInstaller::~DownloadInstaller() = default;
 
 bool DownloadInstaller::addFile(const QString &path, const QString &fileId)
 {
-    if (!d->store->isValidId(fileId)) {
+    const bool isStored = d->store->contains(fileId);
+    if (!isStored && !d->store->isValidId(fileId)) {
         addErrors({{d->installError, installMessage(path, fileId)}});
         return false;
     }
     d->files.insert(path, fileId);
-    return !d->store->contains(fileId);
+    return !isStored;
 }
 
 void DownloadInstaller::download(int number, const QUrl &url, const QString &fileId, Request *request)

@@ -17,11 +17,20 @@ namespace {
 constexpr int shortestId = 8;
 constexpr int longestId = 128;
 constexpr int shardCount = 256;
+constexpr int charactersOfShard = 2; // the first of an id
 
-bool isHexDigit(QChar character)
+bool hasValidSize(const QString &id)
 {
-    const ushort code = character.unicode();
-    return (code >= '0' && code <= '9') || (code >= 'a' && code <= 'f') || (code >= 'A' && code <= 'F');
+    return id.size() >= shortestId && id.size() <= longestId;
+}
+
+// A hexadecimal digit, in lower case; 0 for anything else.
+ushort lowerHexDigit(ushort unit)
+{
+    if (unit >= '0' && unit <= '9')
+        return unit;
+    const ushort lower = unit | 0x20U;
+    return lower >= 'a' && lower <= 'f' ? lower : 0;
 }
 
 QString shardName(int number)
@@ -84,16 +93,27 @@ QSharedPointer<FileStore> FileStore::defaultStore()
 
 bool FileStore::isValidId(const QString &id) const
 {
-    return id.size() >= shortestId && id.size() <= longestId && std::all_of(id.begin(), id.end(), isHexDigit);
+    return hasValidSize(id) && std::all_of(id.begin(), id.end(), [](QChar character) {
+               return lowerHexDigit(character.unicode()) != 0;
+           });
 }
 
+// In one pass over the id, since every file of an install comes by here twice.
 QString FileStore::pathForId(const QString &id) const
 {
-    if (!isValidId(id))
+    if (!hasValidSize(id))
         return QString();
-    const QString name = id.toLower();
-    return d->storeDir.absolutePath() % QLatin1String("/files/") % name.leftRef(2) % QLatin1Char('/')
-           % name.midRef(2);
+    const QString directory = d->storeDir.absolutePath() % QLatin1String("/files/");
+    QString path(directory.size() + id.size() + 1, Qt::Uninitialized);
+    QChar *to = std::copy(directory.begin(), directory.end(), path.begin());
+    for (int i = 0; i < id.size(); ++i) {
+        if (i == charactersOfShard)
+            *to++ = QLatin1Char('/');
+        *to = lowerHexDigit(id.at(i).unicode());
+        if ((to++)->isNull())
+            return QString();
+    }
+    return path;
 }
 
 bool FileStore::contains(const QString &id) const
