@@ -24,28 +24,6 @@ QString contentOf(const PackageRepository &repository)
     return types.join(QLatin1Char(' '));
 }
 
-// A repository and a source with one package, which is not added yet.
-struct SourceStage
-{
-    SourceStage() { source.catalogue.addPackage("p"_s, "first"_s); }
-
-    /** Lets the jobs of accessors from now on wait for \a gate. */
-    void holdAt(QSemaphore *gate)
-    {
-        source.listener = [gate](const char *call) {
-            if (qstrcmp(call, "initialize") == 0)
-                gate->acquire();
-        };
-    }
-
-    MemorySource source;
-    std::unique_ptr<PackageRepository> owner =
-        std::make_unique<PackageRepository>(PackageRepository::PersistOnRequest);
-    PackageRepository &repository = *owner;
-    QSignalSpy changed{&repository, &PackageRepository::packageIndexChanged};
-    LogCapture log{"tamsel.package.repository"_s};
-};
-
 // A repository with a package whose title is to be translated, and with a translation package.
 struct TranslationStage : Stage
 {
@@ -84,80 +62,89 @@ private Q_SLOTS:
 
     void buildsOnceForAllNotifications()
     {
-        SourceStage stage;
-        QVERIFY(!stage.repository.packageIndex());
-        stage.repository.addSource(&stage.source);
+        const LogCapture log("tamsel.package.repository"_s);
+        Stage stage; // has added its source
+        stage.catalogue.addPackage("p"_s, "first"_s);
+        PackageRepository &repository = *stage.repository();
+        QSignalSpy changed(&repository, &PackageRepository::packageIndexChanged);
         Q_EMIT stage.source.updateRequired();
-        stage.repository.scheduleUpdate();
-        QCOMPARE(stage.source.accessors, 0);
-        QVERIFY(stage.changed.wait());
-        QCOMPARE(stage.log.lines(), QStringList{"info: Scheduling package index update"_s});
+        repository.scheduleUpdate();
+        QVERIFY(stage.source.accessors == 0 && !repository.packageIndex());
+        QVERIFY(changed.wait());
+        QCOMPARE(log.lines(), QStringList{"info: Scheduling package index update"_s});
         QCOMPARE(stage.source.accessors, 1);
-        QCOMPARE(contentOf(stage.repository), "first"_s);
+        QCOMPARE(contentOf(repository), "first"_s);
         // One more for each time that listeners ask, and not before the next pass.
-        connect(&stage.repository, &PackageRepository::packageIndexChanged, this, [&stage] {
-            if (stage.changed.count() < 4)
-                stage.repository.scheduleUpdate();
-            QCOMPARE(stage.source.accessors, stage.changed.count());
+        connect(&repository, &PackageRepository::packageIndexChanged, this, [&] {
+            if (changed.count() < 4)
+                repository.scheduleUpdate();
+            QCOMPARE(stage.source.accessors, changed.count());
         });
         Q_EMIT stage.source.updateRequired();
-        QTRY_COMPARE(stage.changed.count(), 4);
-        QCOMPARE(stage.log.lines().size(), 4);
+        QTRY_COMPARE(changed.count(), 4);
+        QCOMPARE(log.lines().size(), 4);
     }
 
     void dropsABuildThatIsOvertaken()
     {
-        SourceStage stage;
+        auto stage = std::make_unique<Stage>();
         QSemaphore gate;
-        stage.holdAt(&gate);
-        stage.repository.addSource(&stage.source);
-        stage.repository.update();
+        const auto wait = [&gate](const char *call) {
+            if (qstrcmp(call, "initialize") == 0)
+                gate.acquire();
+        };
+        QSignalSpy changed(stage->repository(), &PackageRepository::packageIndexChanged);
+        stage->source.listener = wait;
+        stage->repository()->update();
         QCoreApplication::processEvents(); // starts the scheduled one as well
-        QCOMPARE(stage.source.accessors, 2);
-        stage.source.listener = {};
-        stage.source.catalogue.packages.first().type = "second"_s;
-        stage.repository.update();
-        QVERIFY(stage.changed.wait());
+        QCOMPARE(stage->source.accessors, 2);
+        stage->source.listener = {};
+        stage->catalogue.addPackage("p"_s, "second"_s);
+        stage->repository()->update();
+        QVERIFY(changed.wait());
         gate.release(2);
         Stage::settle();
-        QCOMPARE(contentOf(stage.repository), "second"_s);
+        QCOMPARE(contentOf(*stage->repository()), "second"_s);
 
-        stage.holdAt(&gate);
-        stage.repository.update();
-        stage.owner.reset(); // during a build
+        stage->source.listener = wait;
+        stage->repository()->update();
+        stage.reset(); // during a build
         gate.release();
         Stage::settle();
-        QCOMPARE(stage.changed.count(), 1);
+        QCOMPARE(changed.count(), 1);
     }
 
     void addsAndRemovesSources()
     {
-        SourceStage stage;
-        PackageRepository &repository = stage.repository;
+        const LogCapture log("tamsel.package.repository"_s);
+        PackageRepository repository(PackageRepository::PersistOnRequest);
+        QSignalSpy changed(&repository, &PackageRepository::packageIndexChanged);
+        MemorySource low(-1);
+        MemorySource middle(1);
+        auto high = std::make_unique<MemorySource>(3);
         repository.addSource(nullptr);
         repository.removeSource(nullptr);
-        repository.removeSource(&stage.source);
-        QVERIFY(stage.log.lines().isEmpty() && repository.sources().isEmpty());
-        MemorySource low(-1);
-        auto high = std::make_unique<MemorySource>(3);
+        repository.removeSource(&low);
+        QVERIFY(log.lines().isEmpty() && repository.sources().isEmpty());
         low.catalogue.addPackage("p"_s, "low"_s);
         low.catalogue.addPackage("q"_s, "only"_s);
+        middle.catalogue.addPackage("p"_s, "middle"_s);
         high->catalogue.addPackage("p"_s, "high"_s);
-        for (MemorySource *source : {high.get(), &low, &stage.source, &low})
+        for (MemorySource *source : {high.get(), &low, &middle, &low})
             repository.addSource(source);
-        QCOMPARE(repository.sources(), QList<PackageSource *>({&low, &stage.source, high.get()}));
-        QVERIFY(stage.changed.wait());
+        QCOMPARE(repository.sources(), QList<PackageSource *>({&low, &middle, high.get()}));
+        QVERIFY(changed.wait());
         QCOMPARE(contentOf(repository), "high only"_s);
         high.reset();
-        QCOMPARE(repository.sources(), QList<PackageSource *>({&low, &stage.source}));
-        QVERIFY(stage.changed.wait());
-        QCOMPARE(contentOf(repository), "first only"_s);
+        QCOMPARE(repository.sources(), QList<PackageSource *>({&low, &middle}));
+        QVERIFY(changed.wait());
+        QCOMPARE(contentOf(repository), "middle only"_s);
         repository.removeSource(&low);
-        repository.removeSource(&stage.source);
-        QCOMPARE(contentOf(repository), "first only"_s); // until the next index is there
-        QVERIFY(stage.changed.wait() && repository.sources().isEmpty() && contentOf(repository).isEmpty());
-        Q_EMIT stage.source.updateRequired();
-        QCOMPARE(stage.log.lines().size(), 3);
+        repository.removeSource(&middle);
+        QCOMPARE(contentOf(repository), "middle only"_s); // until the next index is there
+        QVERIFY(changed.wait() && repository.sources().isEmpty() && contentOf(repository).isEmpty());
+        Q_EMIT middle.updateRequired();
+        QCOMPARE(log.lines().size(), 3);
     }
 
     void persistsBeforeListenersHear()
@@ -183,11 +170,10 @@ private Q_SLOTS:
 
     void asksForNewsOnceInAWhile()
     {
-        SourceStage stage;
-        stage.repository.addSource(&stage.source);
+        Stage stage;
         const auto askedAfter = [&stage](std::chrono::seconds time) {
             FakeClock::advance(time);
-            stage.repository.scheduleSourceUpdate();
+            stage.repository()->scheduleSourceUpdate();
             return stage.source.updateCalls;
         };
         QCOMPARE(askedAfter(0s), 1);
