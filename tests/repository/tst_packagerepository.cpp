@@ -32,8 +32,7 @@ struct TranslationStage : Stage
         catalogue.addPackage("p"_s, "birds"_s, {{"title"_s, "id:greeting"_s}});
         catalogue.addPackage("words"_s, type, QJsonDocument::fromJson(manifest.toUtf8()).object());
         succeedAtOnce = {"p"_s, "words"_s};
-        source.installers = [this, make = source.installers](const QString &id,
-                                                             const InstallLocation &location) {
+        source.installers = [make = source.installers](const QString &id, const InstallLocation &location) {
             for (const QString &name : {"Hallo.qm"_s, "Servus.qm"_s})
                 location.installFile(QStringLiteral(GREETINGS "/") + name, name);
             return make(id, location);
