@@ -186,6 +186,7 @@ Creating link between "m" and "p" with type 6)"));
         const auto index = buildIndex({catalogue});
         const QString order = ids(PackageIndex::selectPackages(index, {}, {}, {}));
         QVERIFY2(order == "p3 p P pa pB p2 p1"_s || order == "p3 P p pa pB p2 p1"_s, qPrintable(order));
+        QCOMPARE(ids(PackageIndex::selectPackages(index, "t"_s, {}, {})), order.mid(3)); // all but p3
         const auto filter = [](KeywordNode *node) { return node->type() == Keyword::Noun; };
         QCOMPARE(ids(PackageIndex::selectKeywords(index, filter)), "k2"_s);
     }
