@@ -19,6 +19,7 @@
 
 using namespace ts::pm;
 using namespace ts::pm::test;
+using ts::ledger::FileRecord;
 using ts::ledger::PackageRecord;
 
 namespace {
@@ -89,20 +90,6 @@ QByteArray document(const QVector<QByteArray> &order = tags, const QByteArray &t
     return header + sections;
 }
 
-// The example in the documentation, which is signed by another program.
-QByteArray documentedLedger()
-{
-    QFile page(QStringLiteral(LEDGER_FORMAT_PAGE));
-    if (!page.open(QIODevice::ReadOnly))
-        qFatal("Cannot read the page on the format");
-    const QRegularExpression line("^[0-9a-f]{4}  ([0-9a-f ]+)\\|"_s, QRegularExpression::MultilineOption);
-    auto matches = line.globalMatch(QString::fromUtf8(page.readAll()));
-    QByteArray ledger;
-    while (matches.hasNext())
-        ledger += QByteArray::fromHex(matches.next().captured(1).toLatin1());
-    return ledger;
-}
-
 QString text(const QVector<Utf8String> &strings)
 {
     QStringList texts;
@@ -145,9 +132,17 @@ private Q_SLOTS:
         QVERIFY(dir.mkpath("."_s));
     }
 
+    // The example in the documentation, which is signed by another program.
     void readsDocumentedLedger()
     {
-        const PackageLedger ledger(documentedLedger(), "tag");
+        QFile page(QStringLiteral(LEDGER_FORMAT_PAGE));
+        QVERIFY(page.open(QIODevice::ReadOnly));
+        const QRegularExpression line("^[0-9a-f]{4}  ([0-9a-f ]+)\\|"_s, QRegularExpression::MultilineOption);
+        auto matches = line.globalMatch(QString::fromUtf8(page.readAll()));
+        QByteArray example;
+        while (matches.hasNext())
+            example += QByteArray::fromHex(matches.next().captured(1).toLatin1());
+        const PackageLedger ledger(example, "tag");
         QVERIFY(ledger.valid);
         QCOMPARE(ledger.data.size(), 452);
         const IssuerEntry &issuer = ledger.issuers.at(0);
@@ -261,7 +256,7 @@ private Q_SLOTS:
         const QVector<QPair<Change, const char *>> cases{
             {[](auto &, auto &) {}, "1l; S; S; OK"},
             {[](auto &, auto &package) {
-                 package.files.append({QByteArray(28, 0), "n"});
+                 package.files += FileRecord{QByteArray(28, 0), "n"};
              },
              "1l; S; S; FAIL"},
             {[](auto &, auto &package) { package.type = 0; }, "1l; S; S; FAIL"},
@@ -338,9 +333,6 @@ private Q_SLOTS:
         QFile file(made.filePath("ledger"_s));
         QVERIFY(file.open(QIODevice::ReadOnly));
         QCOMPARE(file.readAll(), array("\"1\"") + array(bytes));
-        const PackageLedger found(made);
-        QVERIFY(found.valid && found.findPackage("oak"));
-        QCOMPARE(found.etag, QByteArray("\"1\""));
         const auto took = "debug: Persisting ledger of \"id\" took _ msecs"_s;
         const QStringList expected{"critical: Failed to parse link with index 0"_s,
                                    "critical: Parsing of package ledger failed"_s,

@@ -253,7 +253,6 @@ private Q_SLOTS:
         verifying.reset();
 
         Source source(http.service.data());
-        QCOMPARE(source.server->service(), http.service.data());
         http.service.reset();
         QVERIFY(!source.server->isValid());
         QTRY_VERIFY(!pollIsUnderWay());
@@ -273,6 +272,17 @@ private Q_SLOTS:
                           {{"en", {QByteArray("tree\0trees\0x", 12), "wood"}}, {"de", {"Baum"}}});
         ledger.addKeyword("odd", 5);
         std::swap(ledger.records.keywords[0].translations[0], ledger.records.keywords[0].translations[1]);
+        // Type, flags, source and target in the ledger; what comes of it.
+        const QVector<Row> table = rows(R"(
+            6   | 17  | 0 | 0          | 6 oak oak
+            0   | 128 | 0 | 0          | 0 tree oak
+            1   | 8   | 0 | 0          | 1 oak tree
+            7   | 0   | 0 | 2          | -1 tree
+            255 | 16  | 2 | 4294967295 | -1
+            2   | 1   | 2147483648 | 0 | 2  tree)");
+        for (const Row &row : table)
+            ledger.records.links.append(
+                {quint8(row[0].toInt()), quint8(row[1].toInt()), row[2].toUInt(), row[3].toUInt()});
         http.open();
         const PackageServerAccessor &accessor = *http.accessor;
 
@@ -294,27 +304,10 @@ private Q_SLOTS:
                 keywords.append("%1/%2/%3"_s.arg(text.language, text.sg, text.pl));
         }
         QCOMPARE(keywords.join(QLatin1Char(' ')), "tree 0 de/Baum/ en/tree/trees en/wood/ odd -1"_s);
-    }
 
-    void links()
-    {
-        Stage http;
-        http.ledger.addKeyword("tree", Keyword::Noun);
-        // Type, flags, source and target in the ledger; what comes of it.
-        const QVector<Row> table = rows(R"(
-            6   | 17  | 0 | 0          | 6 oak oak
-            0   | 128 | 0 | 0          | 0 tree oak
-            1   | 8   | 0 | 0          | 1 oak tree
-            7   | 0   | 0 | 1          | -1 tree
-            255 | 16  | 1 | 4294967295 | -1
-            2   | 1   | 2147483648 | 0 | 2  tree)");
-        for (const Row &row : table)
-            http.ledger.records.links.append(
-                {quint8(row[0].toInt()), quint8(row[1].toInt()), row[2].toUInt(), row[3].toUInt()});
-        http.open();
-        QCOMPARE(http.accessor->linkCount(), table.size());
+        QCOMPARE(accessor.linkCount(), table.size());
         for (int i = 0; i < table.size(); ++i) {
-            const LinkInfo link = http.accessor->linkInfo(i);
+            const LinkInfo link = accessor.linkInfo(i);
             const QString outcome = "%1 %2 %3"_s.arg(QString::number(link.type), link.from, link.to);
             QCOMPARE(table.at(i).with(outcome.trimmed()), table.at(i).text());
         }
