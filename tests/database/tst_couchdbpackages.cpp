@@ -1,6 +1,7 @@
 #include "database/couchdbpackageaccessor.h"
 #include "storage/filestore.h"
 #include "storage/packageinstaller.h"
+#include "support/files.h"
 #include "support/httpserver.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
@@ -14,22 +15,6 @@ using namespace ts::pm;
 using namespace ts::pm::test;
 
 namespace {
-
-/** An accessor on the given rows of a view, which is on the database "db" of \a server. */
-std::unique_ptr<CouchDBPackageAccessor> accessorOn(const QByteArray &rows, const ScriptedServer &server,
-                                                   QNetworkAccessManager *manager = nullptr)
-{
-    ListingFile listing;
-    listing.directory.emplace();
-    listing.path = listing.directory->filePath("listing"_s);
-    QFile file(listing.path);
-    if (!file.open(QIODevice::WriteOnly) || file.write(R"({"rows":[)" + rows + "]}") < 0)
-        qFatal("cannot write the listing");
-    file.close();
-    auto accessor = std::make_unique<CouchDBPackageAccessor>(server.url("/db"_s), listing, manager);
-    accessor->initialize();
-    return accessor;
-}
 
 QString contents(const CouchDBPackageAccessor &accessor)
 {
@@ -88,8 +73,7 @@ private Q_SLOTS:
             {"key":["keyword"],"value":{"_id":"keyword-bad","keywordType":"Noun","strings":{"en":["x"]}}},
             {"key":["link"],"value":{"from":"oak","to":"owl","linkType":"contains"}},
             {"key":[],"value":{"from":"a"}}, {"value":{"to":"b"}}, {"key":"package","value":{"linkType":"is"}}, 7,
-            {"key":["package"],"value":[]}, {"key":["package"],"value":{"_id":"short"}})",
-                                         server);
+            {"key":["package"],"value":[]}, {"key":["package"],"value":{"_id":"short"}})");
         QCOMPARE(contents(*accessor), R"(package oak a:b 2-b {"x":1}
 package    {}
 package    {}
@@ -129,16 +113,14 @@ link  -1 )"_s);
             attachments.insert(QString::fromUtf8(name), digestOf(document + path));
             server.setAnswer(document + path, HttpAnswer::with(200, document + path));
         }
-        const auto accessor = accessorOn(rowOf("pa/ck?e"_s, attachments), server, &manager);
+        const auto accessor = accessorOn(rowOf("pa/ck?e"_s, attachments));
         const QString result = install(*accessor, 0);
         QVERIFY2(result.startsWith("%1 requests;"_s.arg(cases.size())), qPrintable(result));
         QVERIFY2(result.contains("\n1 Download of  failed with code 0, error 301\n"_s), qPrintable(result));
         for (const auto &[name, path] : cases) {
             QVERIFY2(server.count(document + path) == 1, path.constData());
-            QFile file(location.directory(false).filePath(QString::fromUtf8(name)));
             if (!name.contains('/'))
-                QVERIFY2(file.open(QIODevice::ReadOnly) && file.readAll() == document + path,
-                         name.constData());
+                QCOMPARE(readFile(location.pathToFile(QString::fromUtf8(name))), document + path);
         }
     }
 
@@ -153,7 +135,7 @@ link  -1 )"_s);
                 "false":{"digest":"md5-QUJDREVGR0g="},"odd":{"digest":"md5-!"},"none":{},"bad":7}}},
             {"key":["package"],"value":{"_id":"p"}})";
         const QByteArray digest = QJsonDocument(digestOf("owl")).toJson();
-        const auto accessor = accessorOn(QByteArray(rows).replace("OWL", digest), server, &manager);
+        const auto accessor = accessorOn(QByteArray(rows).replace("OWL", digest));
         QCOMPARE(install(*accessor, 0), "2 requests; good twin; status 1\n"_s);
         QCOMPARE(install(*accessor, 0), "0 requests; good twin; status 1\n"_s);
         QCOMPARE(install(*accessor, 2), "0 requests; ; status 1\n"_s);
@@ -173,7 +155,7 @@ link  -1 )"_s);
         server.setAnswer("/db/p/slow",
                          {"HTTP/1.1 200 OK\r\nContent-Length: 9\r\n\r\n", HttpAnswer::Stall, {}});
         const QJsonObject attachments{{"fast"_s, digestOf(content)}, {"slow"_s, digestOf("never")}};
-        const auto accessor = accessorOn(rowOf("p"_s, attachments), server, &manager);
+        const auto accessor = accessorOn(rowOf("p"_s, attachments));
         std::unique_ptr<PackageInstaller> installer(accessor->packageInstaller(0, location));
         QTRY_COMPARE(installer->findChildren<ts::Request *>().size(), 1);
         installer.reset();
@@ -182,6 +164,19 @@ link  -1 )"_s);
     }
 
 private:
+    /** An accessor on the given rows of a view, which is on the database "db" of the server. */
+    std::unique_ptr<CouchDBPackageAccessor> accessorOn(const QByteArray &rows)
+    {
+        ListingFile listing;
+        listing.directory.emplace();
+        listing.path = listing.directory->filePath("listing"_s);
+        if (!writeFile(listing.path, R"({"rows":[)" + rows + "]}"))
+            qFatal("cannot write the listing");
+        auto accessor = std::make_unique<CouchDBPackageAccessor>(server.url("/db"_s), listing, &manager);
+        accessor->initialize();
+        return accessor;
+    }
+
     /** The requests that the install of a package makes, the links that it leaves, its status, and its
      * errors. */
     QString install(const CouchDBPackageAccessor &accessor, int package)

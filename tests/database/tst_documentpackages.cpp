@@ -7,6 +7,7 @@
 #include "presentation/packagereferencefield.h"
 #include "presentation/packagereferencetype.h"
 #include "storage/packageinstaller.h"
+#include "support/files.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
 #include "support/manualinstaller.h"
@@ -77,9 +78,8 @@ private Q_SLOTS:
         QTemporaryDir directory;
         const QByteArray rows = R"([{"doc":{"_id":"x","_rev":"1-a","t":1}},{"doc":{"_id":"y"}},{},7])";
         for (const QByteArray &content : {rows, QByteArray("{\"rows\":" + rows + "}")}) {
-            QFile file(directory.filePath("rows"_s));
-            QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush());
-            DocumentPackageAccessor accessor("my:bird"_s, {file.fileName(), std::nullopt});
+            QVERIFY(writeFile(directory.filePath("rows"_s), content));
+            DocumentPackageAccessor accessor("my:bird"_s, {directory.filePath("rows"_s), std::nullopt});
             accessor.initialize();
             QString found;
             for (int i = -1; i <= accessor.packageCount(); ++i) {

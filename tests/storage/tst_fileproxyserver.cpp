@@ -1,6 +1,7 @@
 #include "storage/fileproxyserver.h"
 #include "storage/ifileproxy.h"
 
+#include "support/files.h"
 #include "support/literals.h"
 
 #include <QTcpSocket>
@@ -86,8 +87,8 @@ private Q_SLOTS:
     {
         server = FileProxyServer::defaultServer();
         QVERIFY(server->isListening());
-        write("owl"_s, "hoo hoo\n");
-        write("picture"_s, picture());
+        QVERIFY(writeFile(directory.filePath("owl"_s), "hoo hoo\n"));
+        QVERIFY(writeFile(directory.filePath("picture"_s), picture()));
         key = server->install(&proxy);
         QCOMPARE(key.size(), 11);
         QCOMPARE(FileProxyServer::defaultServer(), server);
@@ -246,12 +247,6 @@ private:
         for (char &byte : content)
             byte = char((number = number * 1664525 + 1013904223) >> 24);
         return content;
-    }
-
-    void write(const QString &name, const QByteArray &content)
-    {
-        QFile file(directory.filePath(name));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
     }
 
     QTemporaryDir directory;

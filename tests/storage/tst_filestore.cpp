@@ -1,6 +1,7 @@
 #include "storage/filestore.h"
 #include "storage/filestoretarget.h"
 
+#include "support/files.h"
 #include "support/filesizelimit.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
@@ -114,9 +115,7 @@ private Q_SLOTS:
                 QCOMPARE(commit(store, id.toUpper(), content, algorithm), 0);
                 QVERIFY(store.contains(id));
                 QCOMPARE(commit(store, id, "another", algorithm), 0); // a file that is there is taken as good
-                QFile file(store.pathForId(id));
-                QVERIFY(file.open(QIODevice::ReadOnly));
-                QCOMPARE(file.readAll(), content);
+                QCOMPARE(readFile(store.pathForId(id)), content);
             }
         }
         FileStoreTarget target(&store, idOf("dove"), Hash::Sha224);

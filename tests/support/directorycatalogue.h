@@ -1,5 +1,7 @@
 #pragma once
 
+#include "files.h"
+
 #include <QDir>
 #include <QFileInfo>
 #include <QJsonArray>
@@ -18,10 +20,9 @@ public:
     /** Writes \a content to \a name below the directory, and makes the directories that it needs. */
     void writeFile(const QString &name, const QByteArray &content)
     {
-        QFile file(directory.filePath(name));
-        if (!QDir().mkpath(QFileInfo(file).path()) || !file.open(QIODevice::WriteOnly)
-            || file.write(content) != content.size())
-            qFatal("Cannot write %s", qPrintable(file.fileName()));
+        const QString file = directory.filePath(name);
+        if (!QDir().mkpath(QFileInfo(file).path()) || !test::writeFile(file, content))
+            qFatal("Cannot write %s", qPrintable(file));
     }
 
     void writePackage(const QString &typePath, const QString &id, const QJsonObject &manifest = {})

@@ -1,11 +1,11 @@
 #include "signedledger.h"
 
+#include "files.h"
 #include "ledger/ledgerwriter.h"
 
 #include <TamselCrypto/JsonSignature>
 
 #include <QCryptographicHash>
-#include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -26,10 +26,9 @@ quint16 indexIn(QVector<QByteArray> &names, const QByteArray &name)
 
 SignedLedger::SignedLedger(int issuers)
 {
-    QFile file(QStringLiteral(DEVELOPMENT_KEY));
-    if (!file.open(QIODevice::ReadOnly))
+    rootKey = PrivateKey::fromPEM(readFile(QStringLiteral(DEVELOPMENT_KEY)));
+    if (!rootKey)
         qFatal("Cannot read the development key");
-    rootKey = PrivateKey::fromPEM(file.readAll());
     for (int i = 0; i < issuers; ++i) {
         issuerKeys.append(PrivateKey::generate());
         records.issuers.append({QByteArray(), "Issuer " + QByteArray::number(i), "Department", QByteArray()});
