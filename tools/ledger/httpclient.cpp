@@ -54,7 +54,7 @@ HttpAnswer HttpClient::exchange(const QByteArray &method, const QUrl &url, const
     const bool answered = reply->error() == QNetworkReply::NoError || answer.status >= 400;
     if (isTooLarge || !answered)
         answer.error = QStringLiteral("%1: %2").arg(
-            url.toString(QUrl::RemoveUserInfo),
+            url.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery),
             isTooLarge ? QStringLiteral("more than %1 bytes").arg(largestBody) : reply->errorString());
     return answer;
 }
