@@ -73,7 +73,7 @@ int serve(const QStringList &arguments)
         server.logRequests();
     const int bound = server.start(port);
     if (bound < 0)
-        return fail(QStringLiteral("The port %1 is not free.").arg(port));
+        return fail(QStringLiteral("The port %1 is taken, or not for this user.").arg(port));
     if (!Console::print(QStringLiteral("http://127.0.0.1:%1/").arg(bound)))
         return Failure;
     endSignals.wait();
