@@ -74,8 +74,8 @@ void FoldedOrder::sortByGroup()
     entries = grouped;
 }
 
-// The number of units, from the depth of the range on, that all its texts begin with: whole keys, or the
-// whole of the shortest text.
+// A number of units, from the depth of the range on, that all its texts have in common; not always the
+// largest.
 int FoldedOrder::commonUnits(const Range &range) const
 {
     const Entry &model = entries.at(range.first);
@@ -90,11 +90,8 @@ int FoldedOrder::commonUnits(const Entry &a, const Entry &b, int depth, int most
     const int end = depth + qMin(most, b.length - depth);
     const QChar *different = std::mismatch(a.text + depth, a.text + end, b.text + depth).first;
     int common = int(different - a.text);
-    if (common < end) {
-        common -= (common - depth) % unitsInKey;
-        while (common < end && keyAt(a, common) == keyAt(b, common))
-            common += unitsInKey;
-    }
+    while (common < end && keyAt(a, common) == keyAt(b, common))
+        common += unitsInKey;
     return qMin(common, end) - depth;
 }
 
