@@ -1,5 +1,4 @@
-// The database sources against a real server: listing, changes, attachments, and a server that goes and
-// returns.
+// The database sources and the publisher's upload against a real server.
 
 #include "database/couchdbpackagesource.h"
 #include "database/documentpackageloader.h"
@@ -8,7 +7,6 @@
 #include "index/packagenode.h"
 #include "integration/childprocess.h"
 #include "presentation/packagereference.h"
-#include "repository/localpackagesource.h"
 #include "support/directorycatalogue.h"
 #include "support/files.h"
 #include "support/literals.h"
@@ -86,7 +84,7 @@ public:
     PackageRepository *packageRepository() const override { return provider.packageRepository(); }
     PackageReference *packageReference(const QString &id) override { return provider.packageReference(id); }
 
-    [[nodiscard]] bool rebuild() { return provider.rebuild(); }
+    bool rebuild() { return provider.rebuild(); }
 
     QString ids() const
     {
@@ -109,22 +107,23 @@ class tst_CouchDB : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { QVERIFY(server.start()); }
+    void initTestCase();
+    void init() { QVERIFY(server.start() && !server.ask("PUT", QString()).isEmpty()); }
     void cleanup() { server.stop(); }
 
+    void writesDocuments();
     void followsTheDatabase();
     void readsDocuments();
-    void uploadsWhatIsNew();
-    void offersTheSampleCatalogue();
 
 private:
     // What the publisher's command tells of an upload, in numbers: documents that were written, unchanged,
     // deleted, and left that are not in the catalogue. Empty if it fails.
-    QString upload(const QString &directory, const QStringList &options = {})
+    QString upload(const QStringList &options = {}) const
     {
         ChildProcess command;
-        const QStringList arguments{"couchdb"_s, "--url"_s, server.url("/db"_s).toString(), directory};
-        command.start(QStringLiteral(TAMSEL_LEDGER), arguments + options);
+        const QString url = server.url("/db"_s).toString();
+        command.start(QStringLiteral(TAMSEL_LEDGER),
+                      QStringList{"couchdb"_s, "--url"_s, url, catalogue.path()} + options);
         if (!command.waitForFinished(patience) || command.exitStatus() != QProcess::NormalExit
             || command.exitCode() != 0)
             return QString();
@@ -132,44 +131,64 @@ private:
         return QString(output).remove(QRegularExpression("[^0-9 ]"_s)).simplified();
     }
 
-    // Brings the catalogue, and nothing else, into the database, and with it the views.
-    bool publish(const QString &directory)
-    {
-        server.ask("PUT", QString()); // fails if the database is there
-        return !upload(directory, {"--prune"_s}).isEmpty();
-    }
-
     Server server;
-};
-
-void tst_CouchDB::followsTheDatabase()
-{
+    DirectoryCatalogue catalogue;
+    const QString trailPath = "packages/hike/trail/"_s;
     const QMap<QString, QByteArray> files{{"plain.txt"_s, "owl"},        {"a b"_s, "blank"},
                                           {"\u00fc\u65e5"_s, "letters"}, {"100%25"_s, "percent"},
                                           {"q?#&+;:"_s, "signs"},        {"twin"_s, "owl"}};
-    DirectoryCatalogue catalogue;
+};
+
+void tst_CouchDB::initTestCase()
+{
     catalogue.writePackage("hike"_s, "empty"_s);
-    catalogue.writePackage("hike"_s, "trail"_s, {{"title"_s, "old"_s}});
+    catalogue.writePackage("hike"_s, "trail"_s, {{"title"_s, "old"_s}, {"year"_s, 1753}});
     for (auto content = files.begin(); content != files.end(); ++content)
-        catalogue.writeFile("packages/hike/trail/"_s + content.key(), content.value());
+        catalogue.writeFile(trailPath + content.key(), content.value());
+    catalogue.writeFile("dictionary/way.json"_s, R"({"type":"noun","strings":{
+        "en":[{"sg":"way","pl":"ways"},{"sg":"path"}],"de":[{"sg":"","pl":"G\u00e4nge"}]}})");
+    catalogue.writeFile("dictionary/latin.json"_s, R"({"type":"literal","string":"Via"})");
+    catalogue.writeLink("way"_s, "requires"_s, "trail"_s);
+    catalogue.writeLink("trail"_s, "is_a"_s, "way"_s);
+}
+
+void tst_CouchDB::writesDocuments()
+{
+    QCOMPARE(upload(), "8 0 0 0"_s);
+    QCOMPARE(upload(), "0 8 0 0"_s);
+    const QByteArray documents = R"([
+        {"_id":"package:trail","packageType":"hike","manifest":{"title":"old","year":1753}},
+        {"_id":"keyword:way","keywordType":"noun","strings":{
+            "en":[{"sg":"way","pl":"ways"},{"sg":"path","pl":""}],"de":[{"sg":"","pl":"G\u00e4nge"}]}},
+        {"_id":"keyword:latin","keywordType":"literal","string":"Via"},
+        {"_id":"link:trail:is_a:way","from":"trail","to":"way","linkType":"is_a"}])";
+    for (const QJsonValue &expected : QJsonDocument::fromJson(documents).array()) {
+        QJsonObject document = server.document(expected["_id"_s].toString());
+        for (const QString &key : {"_rev"_s, "_attachments"_s})
+            document.remove(key);
+        QCOMPARE(document, expected.toObject());
+    }
+}
+
+void tst_CouchDB::followsTheDatabase()
+{
     // Names of attachments can have slashes, those of files cannot.
     const QByteArray nested = R"({"a b/c?":{"content_type":"application/octet-stream","data":"ZGVlcA=="}})";
     const QJsonObject deep{{"packageType"_s, "hike"_s},
                            {"_attachments"_s, QJsonDocument::fromJson(nested).object()}};
-    QVERIFY(publish(catalogue.path()) && server.put("package:deep"_s, deep));
+    QVERIFY(!upload().isEmpty() && server.put("package:deep"_s, deep));
 
     PackageContext context(server.url(), "db"_s);
     auto source = std::make_unique<CouchDBPackageSource>(server.url("/db"_s), &server.manager);
     context.packageRepository()->addSource(source.get());
     source->update();
     QTRY_COMPARE_WITH_TIMEOUT(context.ids(), "deep empty trail"_s, patience);
-
     const PackageReference *trail = context.packageReference("trail"_s);
+    const PackageReference *empty = context.packageReference("empty"_s);
     QTRY_COMPARE_WITH_TIMEOUT(trail->status(), PackageReference::Installed, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(empty->status(), PackageReference::Installed, patience);
     for (auto content = files.begin(); content != files.end(); ++content)
         QCOMPARE(readFile(trail->installLocation().pathToFile(content.key())), content.value());
-    QTRY_COMPARE_WITH_TIMEOUT(context.packageReference("empty"_s)->status(), PackageReference::Installed,
-                              patience);
     {
         const LogCapture log("tamsel.packages"_s);
         const PackageReference *reference = context.packageReference("deep"_s);
@@ -180,8 +199,15 @@ void tst_CouchDB::followsTheDatabase()
     }
 
     catalogue.writePackage("hike"_s, "trail"_s, {{"title"_s, "new"_s}});
-    catalogue.writeFile("packages/hike/trail/plain.txt"_s, "wren");
-    QVERIFY(publish(catalogue.path())); // takes away what the catalogue does not have
+    catalogue.writeFile(trailPath + "plain.txt"_s, "wren");
+    for (const QString &name : {trailPath + "a b"_s, "links/1.json"_s})
+        QVERIFY(QFile::remove(catalogue.path() + "/"_s + name));
+    QCOMPARE(upload(), "1 6 0 2"_s);
+    const QJsonObject attachments = server.document("package:trail"_s)["_attachments"_s].toObject();
+    QCOMPARE(attachments.size(), files.size() - 1);
+    QCOMPARE(attachments["twin"_s].toObject()["revpos"_s].toInt(), 1); // has not been sent again
+    QCOMPARE(upload({"--prune"_s}), "0 7 2 0"_s);
+    QVERIFY(server.document("link:way:requires:trail"_s).isEmpty());
     source->update();
     QTRY_COMPARE_WITH_TIMEOUT(context.ids(), "empty trail"_s, patience);
     QTRY_COMPARE_WITH_TIMEOUT(trail->manifestField("title"_s), QJsonValue("new"_s), patience);
@@ -191,16 +217,18 @@ void tst_CouchDB::followsTheDatabase()
     // goes.
     server.stop();
     const LogCapture log("tamsel.package.couchdb"_s);
-    const auto lines = [&log] { return log.lines().filter("critical"_s).size(); };
     source->update();
-    QTRY_COMPARE_WITH_TIMEOUT(lines(), 1, patience);
+    QTRY_COMPARE_WITH_TIMEOUT(log.lines().filter("critical"_s).size(), 1, patience);
     source->persist();
     context.packageRepository()->removeSource(source.get());
     source = std::make_unique<CouchDBPackageSource>(server.url("/db"_s), &server.manager);
     PackageContext restarted(server.url(), "db"_s);
     restarted.packageRepository()->addSource(source.get());
     QTRY_COMPARE_WITH_TIMEOUT(restarted.ids(), "empty trail"_s, patience);
-    QVERIFY(server.start() && publish(catalogue.path()) && server.put("package:deep"_s, deep));
+    QVERIFY(server.start());
+    QCOMPARE(upload(), QString()); // there is no database
+    QVERIFY(!server.ask("PUT", QString()).isEmpty() && !upload().isEmpty());
+    QVERIFY(server.put("package:deep"_s, deep));
     source->update();
     QTRY_COMPARE_WITH_TIMEOUT(restarted.ids(), "deep empty trail"_s, patience);
     QVERIFY(!server.ask("DELETE", QString()).isEmpty());
@@ -212,9 +240,7 @@ void tst_CouchDB::followsTheDatabase()
 
 void tst_CouchDB::readsDocuments()
 {
-    DirectoryCatalogue catalogue;
-    catalogue.writePackage("bird"_s, "raven"_s);
-    QVERIFY(publish(catalogue.path()));
+    QVERIFY(!upload().isEmpty()); // and with it the views
     for (const char *id : {"wren", "owl"})
         QVERIFY(server.put(QString::fromLatin1(id), {{"type"_s, "bird"_s}, {"name"_s, "old"_s}}));
     QVERIFY(server.put("alder"_s, {{"type"_s, "bird2"_s}}) && server.put("elm"_s, {{"type"_s, "bir"_s}}));
@@ -234,61 +260,6 @@ void tst_CouchDB::readsDocuments()
     QTRY_COMPARE_WITH_TIMEOUT(owl->getStructValue(QString(), "name"_s), QJsonValue("new"_s), patience);
     QCOMPARE(context.ids(), "owl"_s);
     context.packageRepository()->removeSource(&source);
-}
-
-void tst_CouchDB::uploadsWhatIsNew()
-{
-    DirectoryCatalogue catalogue;
-    catalogue.writePackage("plant/tree"_s, "oak"_s, {{"title"_s, "Eiche"_s}, {"year"_s, 1753}});
-    for (const QString &name : {"edited"_s, "kept"_s, "removed"_s})
-        catalogue.writeFile("packages/plant/tree/oak/"_s + name, "old");
-    catalogue.writeFile("dictionary/tree.json"_s, R"({"type":"noun","strings":{
-        "en":[{"sg":"tree","pl":"trees"},{"sg":"wood"}],"de":[{"sg":"","pl":"B\u00e4ume"}]}})");
-    catalogue.writeFile("dictionary/latin.json"_s, R"({"type":"literal","string":"Quercus"})");
-    catalogue.writeLink("tree"_s, "requires"_s, "oak"_s);
-    catalogue.writeLink("oak"_s, "is_a"_s, "tree"_s);
-    QCOMPARE(upload(catalogue.path()), QString()); // there is no database
-    server.ask("PUT", QString());
-    QCOMPARE(upload(catalogue.path()), "7 0 0 0"_s);
-    QCOMPARE(upload(catalogue.path()), "0 7 0 0"_s);
-    for (const char *json : {R"({"_id":"package:oak","packageType":"plant:tree",
-                                 "manifest":{"title":"Eiche","year":1753}})",
-                             R"({"_id":"keyword:tree","keywordType":"noun","strings":{
-                                 "en":[{"sg":"tree","pl":"trees"},{"sg":"wood","pl":""}],
-                                 "de":[{"sg":"","pl":"B\u00e4ume"}]}})",
-                             R"({"_id":"keyword:latin","keywordType":"literal","string":"Quercus"})",
-                             R"({"_id":"link:oak:is_a:tree","from":"oak","to":"tree","linkType":"is_a"})"}) {
-        const QJsonObject expected = QJsonDocument::fromJson(json).object();
-        QJsonObject document = server.document(expected["_id"_s].toString());
-        for (const QString &key : {"_rev"_s, "_attachments"_s})
-            document.remove(key);
-        QCOMPARE(document, expected);
-    }
-
-    catalogue.writeFile("packages/plant/tree/oak/edited"_s, "new");
-    QVERIFY(QFile::remove(catalogue.path() + "/packages/plant/tree/oak/removed"_s));
-    QVERIFY(QFile::remove(catalogue.path() + "/links/1.json"_s));
-    QCOMPARE(upload(catalogue.path()), "1 5 0 1"_s);
-    QCOMPARE(server.ask("GET", "/package:oak/edited"_s), QByteArray("new"));
-    const QJsonObject files = server.document("package:oak"_s)["_attachments"_s].toObject();
-    QCOMPARE(files.keys().join(" "_s), "edited kept"_s);
-    QCOMPARE(files["kept"_s].toObject()["revpos"_s].toInt(), 1); // has not been sent again
-    QCOMPARE(upload(catalogue.path(), {"--prune"_s}), "0 6 1 0"_s);
-    QVERIFY(server.document("link:tree:requires:oak"_s).isEmpty());
-}
-
-void tst_CouchDB::offersTheSampleCatalogue()
-{
-    QVERIFY(publish(QStringLiteral(SAMPLE_CATALOGUE)));
-    PackageContext context(server.url(), "db"_s);
-    CouchDBPackageSource source(server.url("/db"_s), &server.manager);
-    context.packageRepository()->addSource(&source);
-    source.update();
-    PackageContext local{QUrl(), QString()};
-    LocalPackageSource localSource(QStringLiteral(SAMPLE_CATALOGUE));
-    local.packageRepository()->addSource(&localSource);
-    QVERIFY(local.rebuild() && local.ids().size() > 1000);
-    QTRY_COMPARE_WITH_TIMEOUT(context.ids(), local.ids(), patience);
 }
 
 QTEST_GUILESS_MAIN(tst_CouchDB)
