@@ -1,8 +1,8 @@
+#include "integration/childprocess.h"
 #include "qml/scene.h"
 #include "support/literals.h"
 #include "support/table.h"
 
-#include <QProcess>
 #include <QQuickItem>
 #include <QQuickWindow>
 #include <QtTest>
@@ -14,7 +14,12 @@ class tst_Examples : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { qputenv("QT_FATAL_WARNINGS", "1"); } // also in the program that is started
+    // The first one holds here, too, the other only in the program that is started.
+    void initTestCase()
+    {
+        qputenv("QT_FATAL_WARNINGS", "1");
+        qputenv("QT_LOGGING_RULES", "tamsel.*.info=false;tamsel.package.index.debug=true");
+    }
 
     // The texts that an example shows from top to bottom, and those after a click in its corner: to the order
     // of years, the last title has to go up to the first row.
@@ -67,17 +72,12 @@ private Q_SLOTS:
     // Its log tells when it has built its index; nothing else may be in it.
     void embeddingProgramRuns()
     {
-        QProcess example;
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("QT_LOGGING_RULES"_s, "tamsel.*.info=false;tamsel.package.index.debug=true"_s);
-        example.setProcessEnvironment(environment);
+        ChildProcess example;
         example.setProcessChannelMode(QProcess::MergedChannels);
         example.setWorkingDirectory(EXAMPLES "/embedding"_s);
         example.start(QStringLiteral(EMBEDDING_PROGRAM), QStringList());
-        while (!example.canReadLine() && example.waitForReadyRead()) {
-        }
-        QVERIFY(QString::fromUtf8(example.readLine()).contains("Package index build took"_s));
-        QCOMPARE(example.state(), QProcess::Running);
+        const QString line = example.nextLine();
+        QVERIFY2(line.contains("Package index build took"_s), qPrintable(line));
         example.terminate();
         QVERIFY(example.waitForFinished());
         QCOMPARE(example.readAll(), QByteArray());
