@@ -156,13 +156,14 @@ void tst_CouchDB::writesDocuments()
 {
     QCOMPARE(upload(), "8 0 0 0"_s);
     QCOMPARE(upload(), "0 8 0 0"_s);
-    const QByteArray documents = R"([
+    const QJsonArray documents = QJsonDocument::fromJson(R"([
         {"_id":"package:trail","packageType":"hike","manifest":{"title":"old","year":1753}},
         {"_id":"keyword:way","keywordType":"noun","strings":{
             "en":[{"sg":"way","pl":"ways"},{"sg":"path","pl":""}],"de":[{"sg":"","pl":"G\u00e4nge"}]}},
         {"_id":"keyword:latin","keywordType":"literal","string":"Via"},
-        {"_id":"link:trail:is_a:way","from":"trail","to":"way","linkType":"is_a"}])";
-    for (const QJsonValue &expected : QJsonDocument::fromJson(documents).array()) {
+        {"_id":"link:trail:is_a:way","from":"trail","to":"way","linkType":"is_a"}])")
+                                     .array();
+    for (const QJsonValue &expected : documents) {
         QJsonObject document = server.document(expected["_id"_s].toString());
         for (const QString &key : {"_rev"_s, "_attachments"_s})
             document.remove(key);
