@@ -62,6 +62,7 @@ private:
     {
         const QString page = QString::fromUtf8(readFile(QStringLiteral(PUBLISHING_PAGE)));
         QString server = page.section("```nginx\n"_s, 1).section("```"_s, 0, 0);
+        server.remove(QRegularExpression("ssl_certificate[^;]*;"_s)); // it speaks plain HTTP here
         server.replace("443 ssl"_s, "127.0.0.1:%1"_s.arg(port));
         server.replace("/srv/catalogue;"_s, "%1www;\n%2"_s.arg(directory, directives));
         for (const char *kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
