@@ -2,6 +2,8 @@
 
 #include <cstdio>
 #include <sstream>
+#include <string>
+#include <vector>
 
 namespace ts::pm::bench {
 
@@ -58,10 +60,17 @@ void RatioReporter::printVariant(const std::string &name, const Sizes &sizes, co
     }
 }
 
+// The repetitions of all benchmarks are run in one random order, so that a machine that is slower for a while
+// does not fall upon one side of a ratio. The command line can turn that off.
 int runBenchmarks(int argc, char **argv)
 {
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
+    std::string interleaving = "--benchmark_enable_random_interleaving=true";
+    std::vector<char *> arguments(argv, argv + argc);
+    arguments.insert(arguments.begin() + 1, interleaving.data());
+    arguments.push_back(nullptr);
+    int count = argc + 1;
+    benchmark::Initialize(&count, arguments.data());
+    if (benchmark::ReportUnrecognizedArguments(count, arguments.data()))
         return 1;
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);

@@ -7,6 +7,7 @@
 #include "support/logcapture.h"
 #include "support/signedledger.h"
 #include "support/table.h"
+#include "support/unprivileged.h"
 
 #include <QtConcurrent>
 #include <QtTest>
@@ -393,6 +394,24 @@ private Q_SLOTS:
             "to a directory\""_s,
             noFile, "critical: Failed to create persistence directory forledger persistence of \"id\""_s};
         QCOMPARE(linesOf(log).filter("critical"_s), expected);
+    }
+
+    void survivesAReadOnlyDirectory()
+    {
+        const Unprivileged unprivileged;
+        QVERIFY(PackageLedger(bytes, "old").persist(dir, "id"_s));
+        const QStringList before = dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot);
+        if (!setWritable(dir.path(), false))
+            QSKIP("permissions do not bind here");
+        const LogCapture log(category);
+        QVERIFY(!PackageLedger(bytes, "new").persist(dir, "id"_s));
+        QCOMPARE(PackageLedger(dir).etag, QByteArray("old"));
+        QCOMPARE(dir.entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), before);
+        QVERIFY(setWritable(dir.path(), true));
+        QCOMPARE(linesOf(log).filter("critical"_s),
+                 QStringList("critical: Failed to open target file for ledger pesistence: 5 "
+                             "\"Permission denied\""_s));
+        QVERIFY(PackageLedger(bytes, "new").persist(dir, "id"_s));
     }
 
     // The smaller ledger fails when it is flushed. Of the larger one a part can be written, which is no error
