@@ -3,10 +3,13 @@
 
 #include "storage/filestore.h"
 #include "storage/filestoretarget.h"
+#include "storage/installlocation_p.h"
 
 #include <Tamsel/Request>
 
 #include <QVariant>
+
+#include <algorithm>
 
 namespace ts::pm {
 
@@ -20,13 +23,16 @@ QString installMessage(const QString &path, const QString &fileId)
     return QStringLiteral("Failed to install file %1 (%2)").arg(path, fileId);
 }
 
+// In ascending order of path, whatever the order in which they were added.
 QList<InstallError> installFiles(const FileStore &store, const InstallLocation &location,
-                                 const QMap<QString, QString> &files, int errorCode)
+                                 QVector<DownloadInstallerPrivate::File> files, int errorCode)
 {
+    std::sort(files.begin(), files.end(), [](const auto &a, const auto &b) { return a.path < b.path; });
     QList<InstallError> errors;
-    for (auto file = files.begin(); file != files.end(); ++file) {
-        if (!location.installFile(store.pathForId(file.value()), file.key()))
-            errors.append({errorCode, installMessage(file.key(), file.value())});
+    InstallDirectory directory(location);
+    for (const auto &file : qAsConst(files)) {
+        if (!directory.installFile(store.pathForId(file.id), file.path))
+            errors.append({errorCode, installMessage(file.path, file.id)});
     }
     return errors;
 }
@@ -73,7 +79,7 @@ bool DownloadInstaller::addFile(const QString &path, const QString &fileId)
         addErrors({{d->installError, installMessage(path, fileId)}});
         return false;
     }
-    d->files.insert(path, fileId);
+    d->files.append({path, fileId});
     return !isStored;
 }
 

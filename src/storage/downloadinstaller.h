@@ -48,7 +48,8 @@ protected:
                       int firstCode, const InstallLocation &location);
 
     /**
-     * Adds a file to the package. Returns whether the store lacks it, so that download() has to follow.
+     * Adds a file to the package; each path once. Returns whether the store lacks it, so that download() has
+     * to follow.
      *
      * A file with an id that is not valid, as of a database that lies, cannot be stored: it is an error of
      * the third kind at once, and needs no download.

@@ -3,8 +3,8 @@
 #include "storage/downloadinstaller.h"
 
 #include <QHash>
-#include <QMap>
 #include <QUrl>
+#include <QVector>
 
 namespace ts::pm {
 
@@ -27,6 +27,12 @@ struct DownloadInstaller::Download
 class DownloadInstallerPrivate
 {
 public:
+    struct File
+    {
+        QString path; // in the package
+        QString id;
+    };
+
     DownloadInstallerPrivate(const QSharedPointer<FileStore> &store, QCryptographicHash::Algorithm algorithm,
                              int firstCode);
 
@@ -35,9 +41,11 @@ public:
     const int downloadError;
     const int commitError;
     const int installError;
-    QMap<QString, QString> files; // path in the package to file id
-    int pending = 0;              // downloads that have not ended
+    QVector<File> files;
+    int pending = 0; // downloads that have not ended
     QHash<int, DownloadInstaller::Download> downloads;
 };
 
 } // namespace ts::pm
+
+Q_DECLARE_TYPEINFO(ts::pm::DownloadInstallerPrivate::File, Q_MOVABLE_TYPE);

@@ -18,6 +18,7 @@ public:
 
     FileStore *const q;
     const QDir storeDir;
+    const QString filesPath; // of the directory of all files, with a slash at the end
 };
 
 } // namespace ts::pm

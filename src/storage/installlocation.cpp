@@ -1,4 +1,5 @@
 #include "storage/installlocation.h"
+#include "storage/installlocation_p.h"
 
 #include "logging_p.h"
 #include "storage/installlocationroot_p.h"
@@ -9,6 +10,7 @@
 #include <algorithm>
 
 #ifdef Q_OS_UNIX
+#include <fcntl.h>
 #include <unistd.h>
 #endif
 
@@ -40,19 +42,48 @@ bool staysBelow(const QString &path)
                         [](const QStringRef &segment) { return segment == QLatin1String(".."); });
 }
 
-// One system call, which fails and changes nothing if there is something at the target already. Sources that
-// are no plain paths of this system, such as Qt resources, are left to Qt.
-bool linkPlainFile(const QString &source, const QString &target)
-{
 #ifdef Q_OS_UNIX
+
+constexpr int workingDirectory = AT_FDCWD;
+
+// One system call, which fails and changes nothing if there is something at the target already. Sources that
+// are no plain paths of this system, such as Qt resources, are left to Qt. Relative targets lie below the
+// directory.
+bool linkPlainFile(const QString &source, int directory, const QString &target)
+{
     return source.startsWith(QLatin1Char('/')) && !source.contains(QChar::Null)
-           && symlink(QFile::encodeName(source).constData(), QFile::encodeName(target).constData()) == 0;
-#else
-    Q_UNUSED(source)
-    Q_UNUSED(target)
-    return false;
-#endif
+           && symlinkat(QFile::encodeName(source).constData(), directory,
+                        QFile::encodeName(target).constData())
+                  == 0;
 }
+
+int openDirectory(const QDir &directory)
+{
+    return open(QFile::encodeName(directory.absolutePath()).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+}
+
+void closeDirectory(int descriptor)
+{
+    close(descriptor);
+}
+
+#else
+
+constexpr int workingDirectory = -1;
+
+bool linkPlainFile(const QString &, int, const QString &)
+{
+    return false;
+}
+
+int openDirectory(const QDir &)
+{
+    return -1;
+}
+
+void closeDirectory(int) {}
+
+#endif
 
 } // namespace
 
@@ -107,7 +138,7 @@ bool InstallLocation::installFile(const QString &source, const QString &name) co
         return false;
     // Nearly all files are new ones in a directory that exists: these need no look at the disk before.
     const QString target = filePath(name);
-    if (linkPlainFile(source, target))
+    if (linkPlainFile(source, workingDirectory, target))
         return true;
     directory(true);
     if (QFile::exists(target))
@@ -130,6 +161,27 @@ QString InstallLocation::pathToFile(const QString &name) const
         return QString();
     const QString file = directory(false).absoluteFilePath(name);
     return QFile::exists(file) ? file : QString();
+}
+
+InstallDirectory::InstallDirectory(const InstallLocation &location)
+    : location(location)
+{
+}
+
+InstallDirectory::~InstallDirectory()
+{
+    if (descriptor >= 0)
+        closeDirectory(descriptor);
+}
+
+bool InstallDirectory::installFile(const QString &source, const QString &name)
+{
+    if (descriptor >= 0 && location.isInsideRoot(name) && linkPlainFile(source, descriptor, name))
+        return true;
+    const bool installed = location.installFile(source, name);
+    if (installed && descriptor < 0)
+        descriptor = openDirectory(location.directory(false));
+    return installed;
 }
 
 } // namespace ts::pm

@@ -68,6 +68,8 @@ public:
     QString pathToFile(const QString &name) const;
 
 private:
+    friend class InstallDirectory;
+
     bool isInsideRoot(const QString &name) const;
     QString filePath(const QString &name) const;
 

@@ -1,5 +1,7 @@
 #include "storage/localpackageinstaller.h"
 
+#include "storage/installlocation_p.h"
+
 #include <QDir>
 #include <QDirIterator>
 
@@ -12,13 +14,14 @@ constexpr int fileError = 1;
 QList<InstallError> installFiles(const QDir &directory, const InstallLocation &location)
 {
     QList<InstallError> errors;
+    InstallDirectory target(location);
     QDirIterator files(directory);
     while (files.hasNext()) {
         const QString path = files.next();
         const QString name = files.fileName();
         if (name == QLatin1String("manifest.json"))
             continue;
-        if (!location.installFile(path, name))
+        if (!target.installFile(path, name))
             errors.append({fileError, QStringLiteral("Failed to install file %1").arg(path)});
     }
     return errors;

@@ -9,6 +9,7 @@
 #include "support/httpserver.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
+#include "support/unprivileged.h"
 
 #include <Tamsel/Locations>
 #include <Tamsel/Request>
@@ -343,6 +344,40 @@ private Q_SLOTS:
         stage.source->persist();
         stage.start();
         QCOMPARE(stage.ids(), QString(2000, QLatin1Char('b')));
+    }
+
+    void survivesAReadOnlyDirectory_data() { addKinds(); }
+    void survivesAReadOnlyDirectory()
+    {
+        QFETCH(bool, hasDocuments);
+        const Unprivileged unprivileged;
+        Stage stage(hasDocuments);
+        const auto files = [&stage] { return stage.directory.entryList(QDir::Files | QDir::Hidden); };
+        stage.answer(HttpAnswer::with(200, view("a")));
+        QCOMPARE(stage.poll(), 1);
+        stage.source->persist();
+        const QStringList before = files();
+        if (!setWritable(stage.directory.path(), false))
+            QSKIP("permissions do not bind here");
+        stage.answer(HttpAnswer::with(200, view("b")));
+        QCOMPARE(stage.poll(), 1);
+        stage.news();
+        stage.source->persist();
+        QCOMPARE(stage.news(), " | critical: Failed to persist package list HASH"_s);
+        QCOMPARE(files(), before);
+        QCOMPARE(stage.ids(), "b"_s);
+        stage.start();
+        QCOMPARE(stage.ids(), "a"_s);
+
+        // A damaged listing that cannot be removed counts no more than one that can.
+        stage.write(before.last(), "damaged", 5);
+        stage.start();
+        QCOMPARE(stage.ids(), QString());
+        QCOMPARE(stage.poll(), 1);
+        QVERIFY(setWritable(stage.directory.path(), true));
+        stage.source->persist();
+        stage.start();
+        QCOMPARE(stage.ids(), "b"_s);
     }
 
     void staysBelowPackages()

@@ -1,4 +1,5 @@
 #include "storage/installlocation.h"
+#include "storage/installlocation_p.h"
 #include "storage/installlocationroot_p.h"
 
 #include "support/files.h"
@@ -12,6 +13,7 @@
 #include <QtTest>
 
 #include <cstdio>
+#include <fcntl.h>
 #include <sys/syscall.h>
 
 using namespace ts::pm;
@@ -62,13 +64,18 @@ QString pathOf(const InstallLocation &location)
 
 } // namespace
 
-// Qt's way to make links, so that a test can take it away.
-extern "C" Q_DECL_EXPORT int symlink(const char *target, const char *path) noexcept
+// The ways to make links, so that a test can take them away.
+extern "C" Q_DECL_EXPORT int symlinkat(const char *target, int directory, const char *path) noexcept
 {
     if (!linksFail)
-        return int(syscall(SYS_symlink, target, path));
+        return int(syscall(SYS_symlinkat, target, directory, path));
     errno = EPERM;
     return -1;
+}
+
+extern "C" Q_DECL_EXPORT int symlink(const char *target, const char *path) noexcept
+{
+    return symlinkat(target, AT_FDCWD, path);
 }
 
 class tst_InstallLocation : public QObject
@@ -144,6 +151,25 @@ private Q_SLOTS:
             QCOMPARE(location.pathToFile(name).startsWith(pathOf(root)), inside);
             QVERIFY(inside || everything() == before);
         }
+    }
+
+    void keepsADirectoryOpen()
+    {
+        const QString picture = write("picture"_s);
+        const InstallLocation owl = InstallLocation::createRoot().subLocation("birds/owl"_s);
+        InstallDirectory directory(owl);
+        QVERIFY(directory.installFile(picture, "first"_s) && directory.installFile(picture, "second"_s));
+        const QStringList before = everything();
+        for (const QString &name : {"../victim"_s, scratch().filePath("victim"_s), "C:x"_s, "no/such"_s})
+            QVERIFY2(!directory.installFile(picture, name), qPrintable(name));
+        QVERIFY(directory.installFile("/dev/null"_s, "first"_s)); // which is there
+        QCOMPARE(everything(), before);
+        QVERIFY(owl.directory(false).removeRecursively());
+        QVERIFY(directory.installFile(picture, "third"_s));
+        QCOMPARE(QFile::symLinkTarget(owl.pathToFile("third"_s)), picture);
+        linksFail = true;
+        QVERIFY(directory.installFile(picture, "copy"_s));
+        QVERIFY(!QFileInfo(owl.pathToFile("copy"_s)).isSymLink());
     }
 
     // Age in milliseconds; a lock file that nobody holds does not count.
