@@ -70,6 +70,26 @@ private Q_SLOTS:
         QVERIFY(!QFile::exists(workshop.path("issuer.pem"_s)));
     }
 
+    void tellsWhatIsMissing()
+    {
+        const Workshop workshop;
+        for (const Row &row : rows(R"(
+            issue --name x --output y key      | --root-key is missing
+            build --key k --output out c       | --certificate is missing
+            publish --certificate c c www      | --key or --ledger is missing
+            publish --ledger l c               | TREE is missing
+            couchdb c                          | --url or --output is missing
+            couchdb --url http://x --output y c | do not go together
+            serve www more                     | Unexpected argument 'more')")) {
+            const Outcome outcome = workshop.run(row[0]);
+            QVERIFY2(outcome.exitCode == 2 && outcome.errors.contains(row[1]), qPrintable(outcome.errors));
+        }
+        QVERIFY(
+            workshop.run("publish --help"_s)
+                .output.contains("publish (--certificate <FILE> --key <FILE> | --ledger <FILE>) [options] "
+                                 "CATALOGUE TREE\n"_s));
+    }
+
     void buildsTheSameBytes()
     {
         Workshop workshop;

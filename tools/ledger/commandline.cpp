@@ -6,6 +6,31 @@
 
 namespace ts::ledger {
 
+// About the first option that is missing; null if none is.
+QString CommandLine::Requirement::complaint(const QCommandLineParser &parser) const
+{
+    if (!instead.isEmpty() && parser.isSet(instead))
+        return QString();
+    for (const QString &option : options) {
+        if (!parser.isSet(option))
+            return instead.isEmpty() ? QStringLiteral("--%1 is missing.").arg(option)
+                                     : QStringLiteral("--%1 or --%2 is missing.").arg(option, instead);
+    }
+    return QString();
+}
+
+QString CommandLine::Requirement::usage(const QMap<QString, QString> &valueNames) const
+{
+    const auto inFull = [&valueNames](const QString &option) {
+        return QStringLiteral("--%1 <%2>").arg(option, valueNames.value(option));
+    };
+    QStringList all;
+    for (const QString &option : options)
+        all.append(inFull(option));
+    const QString text = all.join(QLatin1Char(' '));
+    return instead.isEmpty() ? text : QStringLiteral("(%1 | %2)").arg(text, inFull(instead));
+}
+
 CommandLine::CommandLine(const QString &command, const QString &description)
     : command(command)
 {
@@ -22,6 +47,12 @@ void CommandLine::addFlag(const QString &name, const QString &description)
 void CommandLine::addOption(const QString &name, const QString &valueName, const QString &description)
 {
     parser.addOption({name, description, valueName});
+    valueNames.insert(name, valueName);
+}
+
+void CommandLine::require(const QStringList &options, const QString &instead)
+{
+    requirements.append({options, instead});
 }
 
 void CommandLine::addArgument(const QString &name, const QString &description)
@@ -42,6 +73,11 @@ std::optional<int> CommandLine::parse(const QStringList &arguments)
                           .arg(parser.positionalArguments().at(this->arguments.size())));
     if (given < this->arguments.size())
         return refuse(QStringLiteral("%1 is missing.").arg(this->arguments.at(given)));
+    for (const Requirement &requirement : qAsConst(requirements)) {
+        const QString complaint = requirement.complaint(parser);
+        if (!complaint.isNull())
+            return refuse(complaint);
+    }
     return std::nullopt;
 }
 
@@ -52,23 +88,20 @@ int CommandLine::refuse(const QString &message) const
     return UsageError;
 }
 
-std::optional<int> CommandLine::findMissing(const QStringList &options) const
-{
-    for (const QString &option : options) {
-        if (!isSet(option))
-            return refuse(QStringLiteral("--%1 is missing.").arg(option));
-    }
-    return std::nullopt;
-}
-
 // The first line of the parser's own text names the program only.
 QString CommandLine::help() const
 {
     const QString text = parser.helpText();
-    const QString usage =
-        QStringLiteral("Usage: tamsel-ledger %1 [options] %2").arg(command, arguments.join(QLatin1Char(' ')));
-    return usage.trimmed()
-           + text.mid(text.indexOf(QLatin1Char('\n'))).trimmed().prepend(QLatin1String("\n\n"));
+    return usage() + QLatin1String("\n\n") + text.mid(text.indexOf(QLatin1Char('\n'))).trimmed();
+}
+
+QString CommandLine::usage() const
+{
+    QStringList words{QStringLiteral("Usage: tamsel-ledger"), command};
+    for (const Requirement &requirement : requirements)
+        words.append(requirement.usage(valueNames));
+    words.append(QStringLiteral("[options]"));
+    return (words + arguments).join(QLatin1Char(' '));
 }
 
 } // namespace ts::ledger

@@ -1,8 +1,10 @@
 #pragma once
 
 #include <QCommandLineParser>
+#include <QMap>
 #include <QString>
 #include <QStringList>
+#include <QVector>
 
 #include <optional>
 
@@ -23,6 +25,8 @@ public:
 
     void addFlag(const QString &name, const QString &description);
     void addOption(const QString &name, const QString &valueName, const QString &description);
+    /** These options have to be given, unless \a instead is. */
+    void require(const QStringList &options, const QString &instead = QString());
     /** Every argument that is added has to be given. */
     void addArgument(const QString &name, const QString &description);
 
@@ -36,14 +40,23 @@ public:
     /** Tells what is wrong with the command line, and gives the exit code for that. */
     int refuse(const QString &message) const;
 
-    /** As refuse() for the first of \a options that is missing; nothing if all are there. */
-    std::optional<int> findMissing(const QStringList &options) const;
-
 private:
+    struct Requirement
+    {
+        QString complaint(const QCommandLineParser &parser) const;
+        QString usage(const QMap<QString, QString> &valueNames) const;
+
+        QStringList options;
+        QString instead;
+    };
+
     QString help() const;
+    QString usage() const;
 
     const QString command;
     QStringList arguments;
+    QMap<QString, QString> valueNames; // by option
+    QVector<Requirement> requirements;
     QCommandLineParser parser;
 };
 

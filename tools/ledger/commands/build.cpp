@@ -16,12 +16,9 @@ int build(const QStringList &arguments)
                        "catalogue and key give the same bytes."));
     SignedCatalogue::addOptions(line);
     line.addOption(output, QStringLiteral("FILE"), QStringLiteral("Where the ledger goes."));
+    line.require({output});
     line.addArgument(QStringLiteral("CATALOGUE"), QStringLiteral("Directory of the catalogue."));
     if (const auto exitCode = line.parse(arguments))
-        return *exitCode;
-    if (const auto exitCode = SignedCatalogue::findMissing(line))
-        return *exitCode;
-    if (const auto exitCode = line.findMissing({output}))
         return *exitCode;
 
     Problems problems;

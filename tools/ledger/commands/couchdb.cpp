@@ -87,6 +87,7 @@ void addOptions(CommandLine &line)
         outputOption, QStringLiteral("FILE"),
         QStringLiteral(
             "Write the documents to FILE instead, for a POST to _bulk_docs of an empty database."));
+    line.require({urlOption}, outputOption);
     addCatalogueOption(line);
     line.addArgument(QStringLiteral("CATALOGUE"), QStringLiteral("Directory of the catalogue."));
 }
@@ -94,8 +95,8 @@ void addOptions(CommandLine &line)
 // The exit code if they do not go together.
 std::optional<int> checkOptions(const CommandLine &line)
 {
-    if (line.isSet(urlOption) == line.isSet(outputOption))
-        return line.refuse(QStringLiteral("Either --url or --output has to be given."));
+    if (line.isSet(urlOption) && line.isSet(outputOption))
+        return line.refuse(QStringLiteral("--url and --output do not go together."));
     const QString scheme = QUrl(line.value(urlOption)).scheme();
     if (line.isSet(urlOption) && scheme != QLatin1String("http") && scheme != QLatin1String("https"))
         return line.refuse(QStringLiteral("'%1' is no URL of a database.").arg(line.value(urlOption)));

@@ -24,10 +24,9 @@ int issue(const QStringList &arguments)
     line.addOption(secondName, QStringLiteral("TEXT"),
                    QStringLiteral("What follows the name, such as a department."));
     line.addOption(output, QStringLiteral("FILE"), QStringLiteral("Where the certificate goes."));
+    line.require({rootKey, name, output});
     line.addArgument(QStringLiteral("KEY"), QStringLiteral("The issuer's public key."));
     if (const auto exitCode = line.parse(arguments))
-        return *exitCode;
-    if (const auto exitCode = line.findMissing({rootKey, name, output}))
         return *exitCode;
 
     Problems problems;

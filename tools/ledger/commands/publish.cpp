@@ -25,7 +25,7 @@ bool tell(const Publisher::Result &result)
 
 void addOptions(CommandLine &line)
 {
-    SignedCatalogue::addOptions(line);
+    SignedCatalogue::addOptions(line, ledgerOption);
     line.addOption(ledgerOption, QStringLiteral("FILE"),
                    QStringLiteral("Publish this ledger of the catalogue; no key is needed then."));
     line.addFlag(pruneOption,
@@ -49,10 +49,6 @@ int publish(const QStringList &arguments)
     addOptions(line);
     if (const auto exitCode = line.parse(arguments))
         return *exitCode;
-    if (!line.isSet(ledgerOption)) {
-        if (const auto exitCode = SignedCatalogue::findMissing(line))
-            return *exitCode;
-    }
 
     Problems problems;
     SignedCatalogue result;

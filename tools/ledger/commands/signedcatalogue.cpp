@@ -67,17 +67,13 @@ Catalogue readCatalogue(const CommandLine &line, const QString &directory, Probl
     return CatalogueReader(directory, policy, problems).read();
 }
 
-void SignedCatalogue::addOptions(CommandLine &line)
+void SignedCatalogue::addOptions(CommandLine &line, const QString &ready)
 {
     line.addOption(certificateOption, QStringLiteral("FILE"), QStringLiteral("The issuer's certificate."));
     line.addOption(keyOption, QStringLiteral("FILE"), QStringLiteral("The issuer's private key."));
+    line.require({certificateOption, keyOption}, ready);
     addRootKeyOption(line);
     addCatalogueOption(line);
-}
-
-std::optional<int> SignedCatalogue::findMissing(const CommandLine &line)
-{
-    return line.findMissing({certificateOption, keyOption});
 }
 
 void SignedCatalogue::sign(const CommandLine &line, Problems &problems)

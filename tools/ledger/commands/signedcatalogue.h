@@ -21,11 +21,9 @@ Catalogue readCatalogue(const CommandLine &line, const QString &directory, Probl
 class SignedCatalogue
 {
 public:
-    /** Adds the options by which a catalogue is read and signed. */
-    static void addOptions(CommandLine &line);
-
-    /** The exit code if a key or certificate is missing on the command line. */
-    static std::optional<int> findMissing(const CommandLine &line);
+    /** Adds the options by which a catalogue is read and signed. Those that tell who signs are required,
+     * unless \a ready, the option for a ledger that is signed already, is given. */
+    static void addOptions(CommandLine &line, const QString &ready = QString());
 
     /** Signs the catalogue, with the key and certificate of the command line. */
     void sign(const CommandLine &line, Problems &problems);
