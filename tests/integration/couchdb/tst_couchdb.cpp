@@ -169,6 +169,17 @@ void tst_CouchDB::writesDocuments()
             document.remove(key);
         QCOMPARE(document, expected.toObject());
     }
+
+    // More than fits into one request.
+    constexpr int size = 4 << 20;
+    for (const QString &id : {"map1"_s, "map2"_s, "map3"_s}) {
+        catalogue.writePackage("maps"_s, id);
+        catalogue.writeFile("packages/maps/%1/map"_s.arg(id), QByteArray(size, '.'));
+    }
+    QCOMPARE(upload(), "3 8 0 0"_s);
+    QVERIFY(QDir(catalogue.path() + "/packages/maps"_s).removeRecursively());
+    for (const QString &id : {"package:map1"_s, "package:map2"_s, "package:map3"_s})
+        QCOMPARE(QJsonValue(server.document(id))["_attachments"_s]["map"_s]["length"_s].toInt(), size);
 }
 
 void tst_CouchDB::followsTheDatabase()
