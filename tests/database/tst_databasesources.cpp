@@ -72,6 +72,14 @@ struct Stage
         source->update();
         return QTest::qWaitFor([this] { return isIdle(); }, 60000) ? updates.count() : -1;
     }
+    bool persistsAnswer(const QByteArray &packages)
+    {
+        answer(HttpAnswer::with(200, view(packages)));
+        const bool isNew = poll() == 1;
+        source->persist();
+        return isNew;
+    }
+    QStringList files() const { return directory.entryList(QDir::Files | QDir::Hidden); }
     bool isIdle() const
     {
         return source->findChildren<ts::Request *>().isEmpty()
@@ -314,11 +322,8 @@ private Q_SLOTS:
     {
         QFETCH(bool, hasDocuments);
         Stage stage(hasDocuments);
-        const auto files = [&stage] { return stage.directory.entryList(QDir::Files | QDir::Hidden); };
-        stage.answer(HttpAnswer::with(200, view("a")));
-        QCOMPARE(stage.poll(), 1);
-        stage.source->persist();
-        const QStringList before = files();
+        QVERIFY(stage.persistsAnswer("a"));
+        const QStringList before = stage.files();
         const QString fails = hasDocuments
                                   ? " | critical: Document package update failed with code  3 : "_s
                                   : " | critical: Failed to load package listing QUrl(/db) with code 200"_s;
@@ -339,7 +344,7 @@ private Q_SLOTS:
             const FileSizeLimit limit(size);
             stage.source->persist();
             QCOMPARE(stage.news(), " | critical: Failed to persist package list HASH"_s);
-            QCOMPARE(files(), size == 0 ? before : QStringList()); // without a lock nothing is touched
+            QCOMPARE(stage.files(), size == 0 ? before : QStringList()); // without a lock nothing is touched
         }
         stage.source->persist();
         stage.start();
@@ -352,11 +357,8 @@ private Q_SLOTS:
         QFETCH(bool, hasDocuments);
         const Unprivileged unprivileged;
         Stage stage(hasDocuments);
-        const auto files = [&stage] { return stage.directory.entryList(QDir::Files | QDir::Hidden); };
-        stage.answer(HttpAnswer::with(200, view("a")));
-        QCOMPARE(stage.poll(), 1);
-        stage.source->persist();
-        const QStringList before = files();
+        QVERIFY(stage.persistsAnswer("a"));
+        const QStringList before = stage.files();
         if (!setWritable(stage.directory.path(), false))
             QSKIP("permissions do not bind here");
         stage.answer(HttpAnswer::with(200, view("b")));
@@ -364,7 +366,7 @@ private Q_SLOTS:
         stage.news();
         stage.source->persist();
         QCOMPARE(stage.news(), " | critical: Failed to persist package list HASH"_s);
-        QCOMPARE(files(), before);
+        QCOMPARE(stage.files(), before);
         QCOMPARE(stage.ids(), "b"_s);
         stage.start();
         QCOMPARE(stage.ids(), "a"_s);
