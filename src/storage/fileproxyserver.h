@@ -51,8 +51,8 @@ public:
 
     /**
      * Answers every connection that waits for \a url below \a key: with the file \a path if \a code is 200,
-     * otherwise with the code alone. After any other code a connection still counts as waiting, so a later
-     * answer reaches it too.
+     * otherwise with the code alone. After any other code a connection still counts as waiting: a later
+     * answer reaches it too, and a further request on it gets 400.
      *
      * What the client sent is compared as text with the readable form of \a url, QUrl::toString(). The URLs
      * of fileUrl() agree with it for plain file names; a client that escapes more than it must gets no

@@ -1,10 +1,12 @@
-# Brings the pinned packages of package.json into DIRECTORY, unless they are there already. No lock file: it would
-# name the registry that they came from.
+# Brings the pinned packages of package.json in SOURCE into DIRECTORY, unless they are there already, and the scripts
+# that use them. No lock file: it would name the registry that they came from.
 
 file(MAKE_DIRECTORY "${DIRECTORY}")
 set(stamp "${DIRECTORY}/installed.json")
-configure_file("${CMAKE_CURRENT_LIST_DIR}/package.json" "${DIRECTORY}/package.json" COPYONLY)
-configure_file("${CMAKE_CURRENT_LIST_DIR}/server.js" "${DIRECTORY}/server.js" COPYONLY)
+file(GLOB scripts "${SOURCE}/*.js")
+foreach(file IN LISTS scripts ITEMS "${SOURCE}/package.json")
+    configure_file("${file}" "${DIRECTORY}" COPYONLY)
+endforeach()
 if(EXISTS "${stamp}")
     file(SHA256 "${stamp}" installed)
     file(SHA256 "${DIRECTORY}/package.json" wanted)
