@@ -347,7 +347,7 @@ bool PackageLedger::parsePackage(const char **cursor, const char *end)
         return false;
     if (!parseFiles(fields, fileCount, &package))
         return false;
-    packages.append(package);
+    packages.append(std::move(package));
     return true;
 }
 
