@@ -95,13 +95,15 @@ qint64 sendFromFile(QTcpSocket *socket, QFile *file, qint64 offset, qint64 size)
     off_t position = offset;
     const ssize_t taken =
         ::sendfile(int(socket->socketDescriptor()), file->handle(), &position, size_t(size));
+    const int error = taken < 0 ? errno : 0;
+    if (taken < size)
+        blocker.takeSignal(); // may be raised although some bytes were taken
     if (taken > 0)
         return taken;
-    if (taken < 0 && isFull(errno))
+    if (isFull(error))
         return 0;
-    if (taken < 0 && (errno == EINVAL || errno == ENOSYS))
+    if (error == EINVAL || error == ENOSYS)
         return sendCopy(socket, file, offset, size);
-    blocker.takeSignal();
     return -1;
 }
 

@@ -7,9 +7,12 @@
 #include <QTcpSocket>
 #include <QtTest>
 
+#include <csignal>
 #include <functional>
 #include <memory>
 #include <vector>
+
+#include <sys/socket.h>
 
 using namespace ts::pm;
 using namespace ts::pm::test;
@@ -177,6 +180,14 @@ private Q_SLOTS:
         for (const auto &client : clients) // after 404 a request still waits, after 200 no more
             QCOMPARE(client->hear(heard.size()), heard);
         QCOMPARE(elsewhere.socket.bytesAvailable(), 0);
+
+        ScriptedProxy soon([&](const QUrl &url) {
+            QTimer::singleShot(0, server.data(),
+                               [this, url] { server->resolveFile(key, url, 200, QString()); });
+        });
+        key = server->install(&soon);
+        RawClient hasty(*server, get("owl").repeated(2)); // has not waited for the first answer
+        QCOMPARE(hasty.hear(badRequest.size()), badRequest);
     }
 
     void sendsAsClientsRead()
@@ -201,6 +212,18 @@ private Q_SLOTS:
         idle.at(9)->socket.setReadBufferSize(0);
         QVERIFY(idle.at(9)->hear(answer.size()).size() < answer.size() - 1000);
         QVERIFY(idle.at(9)->isClosed());
+
+        // Whoever embeds this may have left SIGPIPE alone, as Qt does until it has written to a socket
+        // itself.
+        const auto handler = std::signal(SIGPIPE, SIG_DFL);
+        QVERIFY(QFile::resize(directory.filePath("picture"_s), answer.size()));
+        for (int i = 0; i < 10; ++i) {
+            const RawClient hasty(*server, get("picture"));
+            ::shutdown(int(hasty.socket.socketDescriptor()), SHUT_RDWR);
+            RawClient after(*server, get("owl"));
+            QCOMPARE(after.hear(8).left(8), QByteArray("HTTP/1.1"));
+        }
+        std::signal(SIGPIPE, handler);
     }
 
     void survivesItsProviders()
