@@ -98,7 +98,8 @@ QString FileProxyConnection::requestTarget() const
     return QString::fromUtf8(request.target);
 }
 
-// One request at a time, so that a client which sends many lets the other ones have their turn.
+// One answered request at a time, so that a client which sends many lets the other ones have their turn.
+// What has come behind a request that still waits is looked at in the same turn, before an answer can come.
 void FileProxyConnection::read()
 {
     if (isReading || isClosed)
@@ -106,7 +107,9 @@ void FileProxyConnection::read()
     const QPointer<FileProxyConnection> self(this);
     QTcpSocket *const currentSocket = socket;
     isReading = true;
-    const bool wasRequest = readRequest();
+    bool wasRequest = readRequest();
+    if (wasRequest && self && request.state == FileProxyRequestReader::WaitingForFile)
+        wasRequest = readRequest();
     if (!self) {
         currentSocket->deleteLater();
         return;
