@@ -41,7 +41,7 @@ QQmlListProperty<PackageSourceElement> PackageProvider::sources()
                                                   &PackageProvider::clearSources);
 }
 
-// References belong to the repository; without this the engine would collect those that QML lets go.
+// References belong to the repository, never to the engine.
 PackageReference *PackageProvider::packageReference(const QString &id)
 {
     PackageReference *reference = repository->packageReference(id);

@@ -14,7 +14,7 @@ enum ExitCode {
     Success = 0,
     Failure = 1,    ///< the work could not be done; nothing half-done is left behind
     UsageError = 2, ///< the command line is not understood
-    NotValid = 3,   ///< the ledger that was looked at is not good
+    NotValid = 3,   ///< the ledger that was looked at cannot be believed, or read
 };
 
 /** One sub-command's options and arguments, with its help. */

@@ -43,7 +43,8 @@ QString helpText()
                "  -h, --help     Print this help and exit; behind a command, that of the command.\n"
                "  -v, --version  Print the version and exit.\n\n"
                "Exit codes: 0 done; 1 failed, and nothing half-done is left; 2 the command line is not "
-               "understood;\n3 the ledger that was looked at is not good.");
+               "understood;\n3 verify: applications would not believe the ledger; inspect: it cannot be "
+               "read.");
 }
 
 int run(const QStringList &arguments)
