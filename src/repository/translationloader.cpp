@@ -6,25 +6,81 @@
 #include "presentation/packagereference.h"
 
 #include <QCoreApplication>
+#include <QEvent>
 #include <QFile>
 #include <QJsonObject>
 #include <QLocale>
+#include <QReadWriteLock>
 #include <QTranslator>
 
 #include <algorithm>
+#include <memory>
 
 namespace ts::pm {
 
 namespace {
 
+// Keeps its place among the translators of the application when it gets another file.
+//
+// Workers translate manifests at any time, under a lock of Qt's that loading does not take. So a file is
+// loaded aside and swapped in under a lock of its own. The texts before it are destroyed outside that lock: a
+// translator takes Qt's when it goes.
+class PackageTranslator final : public QTranslator
+{
+public:
+    explicit PackageTranslator(PackageReference *reference)
+        : QTranslator(reference)
+    {
+        QCoreApplication::installTranslator(this);
+    }
+    ~PackageTranslator() override
+    {
+        if (QCoreApplication::instance())
+            QCoreApplication::removeTranslator(this); // workers may still ask it until then
+    }
+
+    void replaceTexts(const QString &path)
+    {
+        auto replaced = std::make_unique<QTranslator>();
+        Q_UNUSED(replaced->load(path, QString(), QString(), QString())) // a bad file leaves it empty
+        {
+            const QWriteLocker locker(&lock);
+            texts.swap(replaced);
+        }
+        QCoreApplication::postEvent(QCoreApplication::instance(), new QEvent(QEvent::LanguageChange));
+    }
+
+    QString translate(const char *context, const char *sourceText, const char *disambiguation,
+                      int n) const override
+    {
+        const QReadLocker locker(&lock);
+        return texts->translate(context, sourceText, disambiguation, n);
+    }
+
+    bool isEmpty() const override
+    {
+        const QReadLocker locker(&lock);
+        return texts->isEmpty();
+    }
+
+private:
+    mutable QReadWriteLock lock;
+    std::unique_ptr<QTranslator> texts = std::make_unique<QTranslator>();
+};
+
 QTranslator *translatorOf(PackageReference *reference)
 {
     auto *translator = reference->findChild<QTranslator *>(QString(), Qt::FindDirectChildrenOnly);
-    if (!translator) {
-        translator = new QTranslator(reference);
-        QCoreApplication::installTranslator(translator);
-    }
-    return translator;
+    return translator ? translator : new PackageTranslator(reference);
+}
+
+// A translator that somebody else has given to the reference is theirs to install.
+void loadFile(QTranslator *translator, const QString &path)
+{
+    if (auto *own = dynamic_cast<PackageTranslator *>(translator))
+        own->replaceTexts(path);
+    else
+        Q_UNUSED(translator->load(path, QString(), QString(), QString()))
 }
 
 // The first language that the package has decides, even where its file turns out to be missing.
@@ -35,15 +91,6 @@ QString translationFileName(const QJsonObject &manifest)
     const auto known = std::find_if(languages.begin(), languages.end(),
                                     [&](const QString &language) { return manifest.contains(language); });
     return known == languages.end() ? QString() : manifest.value(*known).toString();
-}
-
-// Workers translate manifests at any time, under a lock that loading does not take; so the translator is out
-// of use while it loads.
-void loadFile(QTranslator *translator, const QString &path)
-{
-    QCoreApplication::removeTranslator(translator);
-    Q_UNUSED(translator->load(path, QString(), QString(), QString())) // a bad file leaves it empty
-    QCoreApplication::installTranslator(translator);
 }
 
 } // namespace

@@ -223,7 +223,9 @@ private Q_SLOTS:
                  "notify[reference Hallo, reference Hallo, all Hallo]"_s,
                  "publish[reference Hallo, reference Hallo, all Hallo, index Hallo] "
                  "version publish[index Hallo, reference Servus, reference Servus, all Servus] "
-                 "gone publish[index Servus]"_s, // stays
+                 "gone publish[index Servus]"_s,                                           // stays
+                 "publish[reference Hallo, reference Hallo, all Hallo, index Hallo] load " // stays in front
+                 "version publish[index Hallo, reference Hallo, reference Hallo, all Hallo]"_s,
                  "other publish[index greeting] load notify[reference Hallo, reference Hallo, all Hallo]"_s,
              }) {
             TranslationStage stage(R"({"de": "Hallo.qm"})"_s, "translation"_s);
