@@ -7,7 +7,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
-#include <QFile>
+#include <QFileInfo>
 #include <QJsonObject>
 #include <QLocale>
 #include <QReadWriteLock>
@@ -83,7 +83,7 @@ void loadFile(QTranslator *translator, const QString &path)
         Q_UNUSED(translator->load(path, QString(), QString(), QString()))
 }
 
-// The first language that the package has decides, even where its file turns out to be missing.
+// The first language that the package has decides, even where it names no file, or one that is missing.
 QString translationFileName(const QJsonObject &manifest)
 {
     const QString locale = QLocale().name();
@@ -91,6 +91,14 @@ QString translationFileName(const QJsonObject &manifest)
     const auto known = std::find_if(languages.begin(), languages.end(),
                                     [&](const QString &language) { return manifest.contains(language); });
     return known == languages.end() ? QString() : manifest.value(*known).toString();
+}
+
+// Empty if there is nothing to load.
+QString translationFile(const PackageReference &reference)
+{
+    const QString name = translationFileName(reference.manifest());
+    const QString path = name.isEmpty() ? QString() : reference.fileUrl(name).toLocalFile();
+    return QFileInfo(path).isFile() ? path : QString();
 }
 
 } // namespace
@@ -124,9 +132,8 @@ void PackageRepositoryPrivate::loadTranslation(PackageReference *reference)
     if (reference->status() != PackageReference::Installed)
         return;
     QTranslator *translator = translatorOf(reference);
-    const QString fileName = translationFileName(reference->manifest());
-    const QString path = fileName.isNull() ? QString() : reference->fileUrl(fileName).toLocalFile();
-    if (QFile::exists(path))
+    const QString path = translationFile(*reference);
+    if (!path.isEmpty())
         loadFile(translator, path);
     if (translationNotifyPending)
         return;

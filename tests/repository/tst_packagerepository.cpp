@@ -222,10 +222,11 @@ private Q_SLOTS:
                  "slow publish[index greeting] succeed[reference Hallo, reference Hallo, all Hallo] "
                  "notify[reference Hallo, reference Hallo, all Hallo]"_s,
                  "publish[reference Hallo, reference Hallo, all Hallo, index Hallo] "
-                 "version publish[index Hallo, reference Servus, reference Servus, all Servus] "
-                 "gone publish[index Servus]"_s,                                           // stays
-                 "publish[reference Hallo, reference Hallo, all Hallo, index Hallo] load " // stays in front
-                 "version publish[index Hallo, reference Hallo, reference Hallo, all Hallo]"_s,
+                 "version:Servus.qm publish[index Hallo, reference Servus, reference Servus, all Servus] "
+                 "gone publish[index Servus]"_s,                                                // stays
+                 "publish[reference Hallo, reference Hallo, all Hallo, index Hallo] version:. " // no file
+                 "publish[index Hallo, reference Hallo, reference Hallo, all Hallo] load version:Servus.qm "
+                 "publish[index Hallo, reference Hallo, reference Hallo, all Hallo]"_s, // stays in front
                  "other publish[index greeting] load notify[reference Hallo, reference Hallo, all Hallo]"_s,
              }) {
             TranslationStage stage(R"({"de": "Hallo.qm"})"_s, "translation"_s);
@@ -249,8 +250,7 @@ private Q_SLOTS:
                 {"notify"_s, [&](auto) { repository->notifyTranslationUpdate(); }},
                 {"slow"_s, [&](auto) { stage.succeedAtOnce.remove("words"_s); }},
                 {"succeed"_s, [&](auto) { stage.started.first()->succeed(); }},
-                {"version"_s,
-                 [&](auto) { stage.catalogue.manifests["words"_s] = R"({"de": "Servus.qm"})"_json; }},
+                {"version"_s, [&](auto file) { stage.catalogue.manifests["words"_s]["de"_s] = file; }},
                 {"gone"_s, [&](auto) { stage.catalogue.packages.removeLast(); }},
                 {"other"_s, [&](auto) { stage.catalogue.packages.last().type = "translations"_s; }},
                 {"load"_s, load},
