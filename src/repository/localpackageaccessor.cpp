@@ -44,7 +44,8 @@ void LocalPackageAccessor::initialize()
     listJsonFiles(QStringLiteral("links"), linkNames);
 }
 
-// A directory on the present path is not entered again: links may lead back up.
+// A directory on the present path is not entered again: links may lead back up. Names are joined as text: one
+// with a colon, behind nothing or behind the name of a search path, is to Qt a whole path to somewhere else.
 void LocalPackageAccessor::loadPackages(const QDir &directory, const QString &type,
                                         QSet<QString> &presentPath)
 {
@@ -54,7 +55,7 @@ void LocalPackageAccessor::loadPackages(const QDir &directory, const QString &ty
     presentPath.insert(canonicalPath);
     const QStringList names = directory.entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Unsorted);
     for (const QString &name : names) {
-        const QString path = directory.absoluteFilePath(name);
+        const QString path = directory.absolutePath() + QLatin1Char('/') + name;
         if (!loadManifest(path + QLatin1String("/manifest.json"), name, type))
             loadPackages(QDir(path), type.isEmpty() ? name : type + QLatin1Char(':') + name, presentPath);
     }
@@ -74,6 +75,7 @@ bool LocalPackageAccessor::loadManifest(const QString &path, const QString &id, 
     return true;
 }
 
+// Base names are found as text too, for the same reason.
 void LocalPackageAccessor::listJsonFiles(const QString &directory, QVector<QStringRef> &names)
 {
     const QDir files(root.absoluteFilePath(directory));
@@ -81,7 +83,7 @@ void LocalPackageAccessor::listJsonFiles(const QString &directory, QVector<QStri
         files.entryList(QStringList(QStringLiteral("*.json")), QDir::Files, QDir::Unsorted);
     names.reserve(entries.size());
     for (const QString &entry : entries) {
-        const QString name = QFileInfo(entry).baseName();
+        const QString name = entry.section(QLatin1Char('.'), 0, 0);
         names.append(QStringRef(&nameBuffer, nameBuffer.size(), name.size()));
         nameBuffer += name;
     }

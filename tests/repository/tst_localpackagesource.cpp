@@ -91,6 +91,12 @@ private Q_SLOTS:
             catalogue.writeKeyword(keyword, "name"_s, name, name);
             expected += {"%1/%1 {}"_s.arg(name), "%1 1, de=%2/, en=%2/"_s.arg(keyword, name)};
         }
+        QDir::setSearchPaths("etc"_s, {catalogue.path() + "/packages"_s, catalogue.path() + "/dictionary"_s});
+        for (const QString &name : {":jay"_s, "etc:Käuzchen"_s}) { // paths elsewhere, to Qt
+            catalogue.writePackage("birds"_s, name);
+            catalogue.writeKeyword(name, "name"_s, name, name);
+            expected += {"birds/%1 {}"_s.arg(name), "%1 1, de=%1/, en=%1/"_s.arg(name)};
+        }
         catalogue.writePackage(QString(), "top"_s);
         catalogue.writePackage("birds/owls"_s, "barn-owl"_s);
         catalogue.writePackage("birds"_s, "jay"_s);
