@@ -29,6 +29,21 @@ PackageRepositoryPrivate::PackageRepositoryPrivate(PackageRepository *q,
 {
 }
 
+// Translators that go with their references change the language, and who hears of that may still call the
+// repository: it has no sources and no index then, but answers.
+void PackageRepositoryPrivate::retire()
+{
+    watcher->disconnect(q);
+    for (PackageSource *source : qAsConst(sources))
+        source->disconnect(q);
+    sources.clear();
+    index.reset();
+    while (auto *reference = q->findChild<PackageReference *>(QString(), Qt::FindDirectChildrenOnly)) {
+        references.remove(reference->id());
+        delete reference;
+    }
+}
+
 PackageRepository::PackageRepository(SourcePersistencePolicy policy, QObject *parent)
     : QObject(parent)
     , d(new PackageRepositoryPrivate(this, policy))
@@ -42,8 +57,7 @@ PackageRepository::PackageRepository(SourcePersistencePolicy policy, QObject *pa
 
 PackageRepository::~PackageRepository()
 {
-    if (d->watcher->isRunning())
-        d->watcher->disconnect(this);
+    d->retire();
 }
 
 PackageRepository::SourcePersistencePolicy PackageRepository::persistencePolicy() const

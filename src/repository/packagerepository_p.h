@@ -14,6 +14,7 @@ class PackageRepositoryPrivate
 public:
     PackageRepositoryPrivate(PackageRepository *q, PackageRepository::SourcePersistencePolicy policy);
 
+    void retire();
     void trackTranslation(const QString &id);
     void loadTranslation(PackageReference *reference);
     void notifyPendingTranslations();

@@ -49,6 +49,22 @@ struct TranslationStage : Stage
     }
 };
 
+/** Asks the repository for "p" whenever the language of the application changes, also while both go. */
+struct LanguageListener : QObject
+{
+    LanguageListener() { qApp->installEventFilter(this); }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::LanguageChange)
+            heard = repository->packageReference("p"_s)->id();
+        return false;
+    }
+
+    PackageRepository *repository = nullptr;
+    QString heard;
+};
+
 } // namespace
 
 class tst_PackageRepository : public QObject
@@ -229,12 +245,13 @@ private Q_SLOTS:
                  "publish[index Hallo, reference Hallo, reference Hallo, all Hallo]"_s, // stays in front
                  "other publish[index greeting] load notify[reference Hallo, reference Hallo, all Hallo]"_s,
              }) {
+            LanguageListener language;
             TranslationStage stage(R"({"de": "Hallo.qm"})"_s, "translation"_s);
             QStringList heard;
             const auto listener = [&](const QString &name) {
                 return [&, name] { heard.append(name + " "_s + stage.greeting()); };
             };
-            PackageRepository *const repository = stage.repository();
+            PackageRepository *const repository = language.repository = stage.repository();
             connect(repository, &PackageRepository::packageIndexChanged, this, listener("index"_s));
             connect(repository, &PackageRepository::translationsChanged, this, listener("all"_s));
             for (const QString &id : {"p"_s, "missing"_s})
@@ -256,6 +273,8 @@ private Q_SLOTS:
                 {"load"_s, load},
             };
             QCOMPARE(perform(play, verbs, [&] { return std::exchange(heard, {}).join(", "_s); }), play);
+            QCoreApplication::processEvents();
+            QCOMPARE(language.heard, "p"_s);
             QCOMPARE(repository->findChildren<QTranslator *>().size(), play.startsWith("other"_s) ? 0 : 1);
         }
     }
