@@ -59,21 +59,33 @@ void PackageDataPrivate::queueFieldChange()
 }
 
 // A file can be shown only once it is installed; a title or a size as soon as the package is known.
-void PackageDataPrivate::update()
+QVector<PackageDataPrivate::Value> PackageDataPrivate::readValues() const
 {
     const bool installed = reference && reference->status() == PackageReference::Installed;
+    const PackageNode *node = reference ? reference->node() : nullptr;
     const QStringList keys = map->keys();
     QSet<QString> stale(keys.begin(), keys.end());
-    const PackageNode *node = reference ? reference->node() : nullptr;
-    for (const QPointer<ManifestField> &field : qAsConst(fields)) {
+    QVector<Value> values;
+    for (const QPointer<ManifestField> &field : fields) {
         if (!field)
             continue;
         stale.remove(field->name());
         const bool hidden = !installed && field->isStatusDependent();
-        map->insert(field->name(), field->read(hidden ? nullptr : node));
+        values.append({field->name(), field->read(hidden ? nullptr : node)});
     }
     for (const QString &key : qAsConst(stale))
-        map->clear(key);
+        values.append({key, QVariant()});
+    return values;
+}
+
+// Each value has listeners, who may change fields and reference or run an event loop. So everything is read
+// before the first of them hears, and an update that they cause takes the place of this one.
+void PackageDataPrivate::update()
+{
+    const quint32 number = ++updates;
+    const QVector<Value> values = readValues();
+    for (auto value = values.begin(); value != values.end() && number == updates; ++value)
+        map->insert(value->first, value->second);
 }
 
 PackageData::PackageData(QObject *parent)

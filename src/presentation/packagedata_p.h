@@ -3,7 +3,9 @@
 #include "presentation/packagedata.h"
 
 #include <QList>
+#include <QPair>
 #include <QPointer>
+#include <QVector>
 
 namespace ts::pm {
 
@@ -38,11 +40,15 @@ public:
     void queueFieldChange();
     void update();
 
+    using Value = QPair<QString, QVariant>; // under its name in the map
+    QVector<Value> readValues() const;
+
     PackageData *const q;
     QPointer<PackageReference> reference;
     PackageManifestData *const map; // child of q
     bool fieldsDirty = false;
     QList<QPointer<ManifestField>> fields; // not owned
+    quint32 updates = 0;                   // so far
 };
 
 } // namespace ts::pm

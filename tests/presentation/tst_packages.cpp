@@ -228,6 +228,9 @@ cleared fields are let go at once | start[1; picture= title=Oak] clear mark[mark
 changes of one pass are one | loop[1; picture= title=none] clear append loop[1; picture=- title=none]
 written values go until the next update |
     start[1; picture= title=Oak] write[picture= title=-] default:x[1; picture= title=Oak]
+a listener takes fields and reference away | start[1; picture= title=Oak]
+    succeed[1; picture=memory:/p/oak.png title=Oak] write[picture=memory:/p/oak.png title=-] takeaway
+    default:x[packageReferenceChanged picture=memory:/p/oak.png title=Oak; 1; picture=- title=-]
 survives its reference and its fields | start[1; picture= title=Oak] destroy default:x[1; picture=- title=x])")) {
         auto stage = std::make_unique<Stage>();
         stage->catalogue.addPackage("p"_s, {},
@@ -261,6 +264,12 @@ survives its reference and its fields | start[1; picture= title=Oak] destroy def
             title.reads = 1;
             log.take();
         };
+        std::unique_ptr<SignalLog> listener; // to the values, one by one
+        const auto takeAway = [&] {
+            fields.clear(&fields);
+            data.setPackageReference(nullptr);
+            return QString();
+        };
         const Verbs verbs{
             {"start"_s, [&](auto) { start(); }},
             {"loop"_s, [](auto) { QCoreApplication::processEvents(); }},
@@ -278,6 +287,11 @@ survives its reference and its fields | start[1; picture= title=Oak] destroy def
             {"mark"_s, [&](auto) { data.manifest()->insert("mark"_s, "x"_s); }}, // an update would empty it
             {"clear"_s, [&](auto) { fields.clear(&fields); }},
             {"append"_s, [&](auto) { fields.append(&fields, &title); }},
+            {"takeaway"_s,
+             [&](auto) {
+                 listener = std::make_unique<SignalLog>(data.manifest());
+                 listener->detail = takeAway;
+             }},
         };
         QString shownBefore;
         const auto effects = [&] {
