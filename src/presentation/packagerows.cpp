@@ -7,6 +7,7 @@ namespace ts::pm {
 void PackageRows::reset(const PackageList &list)
 {
     sharedIndex = list.index();
+    indexOfLateRows.reset();
     places = list.nodes();
     gapStart = places.size();
     gapSize = 0;
@@ -24,7 +25,7 @@ void PackageRows::remove(int first, int last)
 void PackageRows::insert(int row, const PackageList &block)
 {
     if (!sharedIndex)
-        sharedIndex = block.index();
+        indexOfLateRows = block.index();
     growGap(block.size());
     moveGap(row);
     std::copy(block.begin(), block.end(), places.begin() + gapStart);

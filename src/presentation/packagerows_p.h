@@ -19,7 +19,7 @@ namespace ts::pm {
 class TAMSEL_TEST_EXPORT PackageRows
 {
 public:
-    /** The index that the rows belong to, held so that they stay valid; null if there is none. */
+    /** The index that the rows were reset to, held so that they stay valid; null if there was none. */
     const QSharedPointer<PackageIndex> &index() const { return sharedIndex; }
 
     int size() const { return places.size() - gapSize; }
@@ -31,13 +31,16 @@ public:
     /** Removes the rows \a first to \a last, both included. */
     void remove(int first, int last);
 
-    /** Puts \a block before \a row. Rows that have no index adopt that of the block. */
+    /**
+     * Puts \a block before \a row. It belongs to index(); if that is null, to the index of a list that was
+     * taken away before this change of it came. That one is held too, without being index().
+     */
     void insert(int row, const PackageList &block);
 
     /** Moves one row, so that it is row \a to afterwards. */
     void move(int from, int to);
 
-    /** All rows. Costs a copy only if rows change while the result is held. */
+    /** All rows, with a share in index() alone. Costs a copy only if rows change while the result is held. */
     PackageList toList();
 
 private:
@@ -45,7 +48,8 @@ private:
     void growGap(int size);
 
     QSharedPointer<PackageIndex> sharedIndex;
-    QVector<const PackageNode *> places; // with the gap
+    QSharedPointer<PackageIndex> indexOfLateRows; // of blocks that were inserted without an index
+    QVector<const PackageNode *> places;          // with the gap
     int gapStart = 0;
     int gapSize = 0;
 };

@@ -187,6 +187,9 @@ overtaken result is dropped | hold show:A pass:AB[remove 2-6, countChanged; AB] 
 steps after the provider went away are run if they fit | show:AB[remove 2-6, countChanged; AB] hold show:XYAZ
     provide[reset, packageProviderChanged; none] publish free[insert 0-1, countChanged; XY]
     provide:own[packageProviderChanged, reset, countChanged; XYAZ]
+late rows have no index to update from | show:AB[remove 2-6, countChanged; AB] hold show:XYAZ
+    provide[reset, packageProviderChanged; none] free[insert 0-1, countChanged; XY] type:x[packageTypeChanged]
+    type[packageTypeChanged] provide:own[packageProviderChanged, reset, countChanged; XYAZ]
 )")) {
         QThreadPool *const pool = QThreadPool::globalInstance();
         pool->setMaxThreadCount(4);
