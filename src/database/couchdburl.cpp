@@ -14,12 +14,19 @@ bool isSpecial(const QString &segment)
     return segment.isEmpty() || segment == QLatin1String(".") || segment == QLatin1String("..");
 }
 
+// Leaves alone what means itself in a path, so that plain ids and names give the URLs that anybody would
+// write for them. CouchDB reads a "+" as a blank, in a path too.
+QString encoded(const QString &text, const QByteArray &plain = {})
+{
+    return QString::fromLatin1(QUrl::toPercentEncoding(text, ":@!$&'()*,;=[]" + plain));
+}
+
 // Servers take "/" in the name of an attachment as it is, unless that makes a segment with a meaning.
 QString encodedName(const QString &name)
 {
     const QStringList segments = name.split(QLatin1Char('/'));
     const bool isPlain = std::none_of(segments.begin(), segments.end(), isSpecial);
-    return QString::fromLatin1(QUrl::toPercentEncoding(name, isPlain ? "/" : ""));
+    return encoded(name, isPlain ? "/" : "");
 }
 
 } // namespace
@@ -28,8 +35,7 @@ QUrl documentUrl(const QUrl &database, const QString &id)
 {
     if (isSpecial(id))
         return QUrl();
-    const QString segment = QString::fromLatin1(QUrl::toPercentEncoding(id));
-    return QUrl(database.toString() + QLatin1Char('/') + segment + QLatin1Char('/'));
+    return QUrl(database.toString() + QLatin1Char('/') + encoded(id) + QLatin1Char('/'));
 }
 
 QUrl attachmentUrl(const QUrl &document, const QString &name)
