@@ -24,10 +24,11 @@ QString persistencePath(QString type, const QUrl &database)
     return QStringLiteral("packages/%1/%2").arg(type, QString::fromLatin1(hash));
 }
 
-// Escapes what a query would take for its own, such as a "+" or "%" in the type.
-void addItem(QUrlQuery &query, const char *key, const QString &value)
+// The query escapes what it would misread itself, except "%"; servers read a "+" as a blank.
+void addItem(QUrlQuery &query, const char *key, QString value)
 {
-    query.addQueryItem(QLatin1String(key), QString::fromLatin1(QUrl::toPercentEncoding(value)));
+    value.replace(QLatin1Char('%'), QLatin1String("%25")).replace(QLatin1Char('+'), QLatin1String("%2B"));
+    query.addQueryItem(QLatin1String(key), value);
 }
 
 } // namespace
