@@ -127,12 +127,10 @@ void CouchDBPackageSource::finishUpdate()
     Q_EMIT updateRequired();
 }
 
-void CouchDBPackageSource::timerEvent(QTimerEvent *event)
+void CouchDBPackageSource::timerEvent(QTimerEvent *)
 {
-    if (d->countdown.isDue(*event))
+    if (d->countdown.isDue())
         update();
-    else
-        PackageSource::timerEvent(event);
 }
 
 } // namespace ts::pm

@@ -120,12 +120,10 @@ void DocumentPackageSource::update()
     connect(d->lastUpdate, &DocumentPackageUpdate::finished, this, [this] { d->finishUpdate(); });
 }
 
-void DocumentPackageSource::timerEvent(QTimerEvent *event)
+void DocumentPackageSource::timerEvent(QTimerEvent *)
 {
-    if (d->countdown.isDue(*event))
+    if (d->countdown.isDue())
         update();
-    else
-        PackageSource::timerEvent(event);
 }
 
 } // namespace ts::pm

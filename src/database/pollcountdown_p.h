@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QBasicTimer>
-#include <QTimerEvent>
 
 namespace ts::pm {
 
@@ -21,11 +20,9 @@ public:
     /** Lets \a source have timer events from now on. */
     void start(QObject *source) { timer.start(tick, source); }
 
-    /** To be asked about every timer event of the source, once. */
-    bool isDue(const QTimerEvent &event)
+    /** To be asked at every timer event of the source, once: sources have no other timer. */
+    bool isDue()
     {
-        if (event.timerId() != timer.timerId())
-            return false;
         const bool due = countdown < tick;
         countdown = due ? interval : countdown - tick;
         return due;
