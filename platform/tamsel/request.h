@@ -57,8 +57,8 @@ public:
     void setTransferTimeout(std::chrono::milliseconds timeout);
 
     /**
-     * The largest body accepted, in bytes after decompression; 2 GiB less one byte at first. The body of a
-     * status outside 200 to 299 is not accepted beyond 1 MiB.
+     * The largest body accepted, in bytes after decompression; 2 GiB less 65 bytes at first, which more than
+     * that does not change. The body of a status outside 200 to 299 is not accepted beyond 1 MiB.
      */
     void setMaximumBodySize(qint64 bytes);
 

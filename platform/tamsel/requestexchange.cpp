@@ -13,8 +13,8 @@ namespace {
 Q_LOGGING_CATEGORY(lcRequest, "tamsel.request")
 
 constexpr std::chrono::milliseconds LongestSilence = std::chrono::seconds(30);
-constexpr qint64 LargestBody = std::numeric_limits<int>::max();
-constexpr qint64 LargestBodyInMemory = LargestBody - 64; // QByteArray keeps a header and a NUL
+// QByteArray keeps a header and a NUL below 2 GiB, and a data sink may well be a QBuffer.
+constexpr qint64 LargestBody = std::numeric_limits<int>::max() - 64;
 constexpr qint64 LargestErrorBody = 1 << 20;
 constexpr qint64 ReadAhead = 1 << 18; // bytes that Qt may hold for us
 constexpr int StepSize = 64 * 1024;
@@ -187,9 +187,7 @@ bool RequestPrivate::consume(const char *bytes, int count)
 // The largest body after decompression. What merely explains a failure need not be long.
 qint64 RequestPrivate::sizeLimit() const
 {
-    if (!isSuccess())
-        return std::min(maximumSize, LargestErrorBody);
-    return hasSink ? maximumSize : std::min(maximumSize, LargestBodyInMemory);
+    return std::min(maximumSize, isSuccess() ? LargestBody : LargestErrorBody);
 }
 
 // Bytes of the body as it is sent; -1 if the head does not say.

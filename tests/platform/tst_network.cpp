@@ -177,12 +177,24 @@ private Q_SLOTS:
     void limitsHoldWhileBytesArrive()
     {
         const auto endless = raw("HTTP/1.1 200 OK\r\n\r\n", HttpAnswer::Repeat);
-        const auto announced = raw("HTTP/1.1 200 OK\r\nContent-Length: 1000001\r\n\r\n", HttpAnswer::Stall);
-        for (const HttpAnswer &answer : {endless, announced, packed(gzip(QByteArray(50000000, '\0')))}) {
+        const auto announced = [](const QByteArray &size) {
+            return raw("HTTP/1.1 200 OK\r\nContent-Length: " + size + "\r\n\r\n", HttpAnswer::Stall);
+        };
+        const struct
+        {
+            HttpAnswer answer;
+            qint64 maximum = 1000000;
+        } cases[] = {
+            {endless},
+            {announced("1000001")},
+            {packed(gzip(QByteArray(50000000, '\0')))},
+            {announced("2147483584"), std::numeric_limits<qint64>::max()}, // more than a QBuffer holds
+        };
+        for (const auto &one : cases) {
             Sink sink;
-            const Outcome outcome = run(request(answer), manager.data(), [&](GetRequest *get) {
+            const Outcome outcome = run(request(one.answer), manager.data(), [&](GetRequest *get) {
                 get->setDataSink(&sink);
-                get->setMaximumBodySize(1000000);
+                get->setMaximumBodySize(one.maximum);
             });
             QVERIFY(outcome.error != 0 && outcome.error != QNetworkReply::TimeoutError);
             QVERIFY(sink.size() <= 1000000);
