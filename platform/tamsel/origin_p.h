@@ -17,13 +17,19 @@ inline bool isSecure(const QUrl &url)
 }
 
 /**
- * Whether what is meant for \a one may be sent to \a other: scheme, host and port are the same. The secure
- * port of the same host is another origin, as it is for a browser.
+ * Scheme, host and port, also one that goes without saying. The secure port of the same host is another
+ * origin, as it is for a browser.
  */
+inline QString originOf(const QUrl &url)
+{
+    const int port = url.port(isSecure(url) ? 443 : 80);
+    return QStringLiteral("%1://%2:%3").arg(url.scheme(), url.host(), QString::number(port));
+}
+
+/** Whether what is meant for \a one may be sent to \a other. */
 inline bool isSameOrigin(const QUrl &one, const QUrl &other)
 {
-    const auto port = [](const QUrl &url) { return url.port(isSecure(url) ? 443 : 80); };
-    return one.scheme() == other.scheme() && one.host() == other.host() && port(one) == port(other);
+    return originOf(one) == originOf(other);
 }
 
 } // namespace ts

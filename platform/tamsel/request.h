@@ -31,6 +31,9 @@ class RequestPrivate;
  * error() and errorString(); a request with an error is never isOk(). It does not retry. A chunked body that
  * ends too early is the exception: Qt 5.15 may take it for complete, and this class cannot tell.
  *
+ * Six exchanges of an access manager with one origin are under way at a time, which is what Qt has
+ * connections for. The others wait for their turn in the order in which they were made.
+ *
  * Redirects, up to ten, are followed only to the same or a safer scheme. Authorization and cookies do not go
  * along to another scheme, host or port. The answer may come compressed with gzip; sink, rawResponse(),
  * hash() and the largest size are about what comes out of it.
@@ -53,7 +56,10 @@ public:
     void setDataSink(QIODevice *sink);
     QIODevice *dataSink() const;
 
-    /** The longest time without a byte from the server before the exchange fails; 30 seconds at first. */
+    /**
+     * The longest time without a byte from the server before the exchange fails; 30 seconds at first. Counts
+     * from when it is the turn of the exchange.
+     */
     void setTransferTimeout(std::chrono::milliseconds timeout);
 
     /**
@@ -81,8 +87,8 @@ public:
     QByteArray hash() const;
 
     /**
-     * The reply, for its headers; its body has been read already. Owned by this object; null if no exchange
-     * could be started, and once the access manager has gone.
+     * The reply, for its headers; its body has been read already. Owned by this object; null while the
+     * exchange waits for its turn, if it could not be started, and once the access manager has gone.
      */
     QNetworkReply *reply() const;
 

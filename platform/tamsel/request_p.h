@@ -1,5 +1,6 @@
 #pragma once
 
+#include "exchangequeue_p.h"
 #include "inflater_p.h"
 #include "request.h"
 
@@ -15,7 +16,8 @@
 namespace ts {
 
 /**
- * The exchange of a Request: one reply after the other, as redirects lead, until it is settled.
+ * The exchange of a Request: one reply after the other, as redirects lead, until it is settled. It is in the
+ * queue of the origin for as long as it has a reply that is under way, or waits for its turn to have one.
  *
  * Whatever happens, settle() comes once; it stops everything that could still come from the reply and lets
  * the event loop deliver the result.
@@ -27,6 +29,8 @@ public:
     ~RequestPrivate();
 
     void send();
+    void start();
+    void loseManager();
     void readHead();
     void readBody();
     void endBody();
@@ -34,6 +38,7 @@ public:
     void settle(QNetworkReply::NetworkError code, const QString &text);
     void deliver();
     void dropReply();
+    void leaveQueue();
 
     QUrl redirectTarget() const;
     qint64 declaredSize() const;
@@ -45,6 +50,8 @@ public:
     Request *q;
     QNetworkRequest request;
     QPointer<QNetworkAccessManager> manager;
+    QPointer<ExchangeQueue> queue;   // null while this is not in it
+    QMetaObject::Connection waiting; // tells that the queue has gone
     QPointer<QNetworkReply> reply;
     QPointer<QIODevice> sink;
     std::shared_ptr<Inflater> inflater; // null unless the body is compressed

@@ -58,15 +58,30 @@ void RequestPrivate::send()
         return settle(QNetworkReply::OperationCanceledError, QStringLiteral("No network access manager"));
     if (!isHttp(request.url()))
         return settle(QNetworkReply::ProtocolUnknownError, QStringLiteral("Not an HTTP URL"));
+    queue = ExchangeQueue::of(manager);
+    if (queue->enter(this, originOf(request.url())))
+        return start();
+    silence.stop(); // runs if this is a redirect
+    waiting = QObject::connect(queue, &QObject::destroyed, q, [this] { loseManager(); });
+}
+
+void RequestPrivate::start()
+{
+    if (settled)
+        return;
+    QObject::disconnect(waiting); // from now on the reply tells
     reply = manager->get(request);
     reply->setReadBufferSize(ReadAhead);
     QObject::connect(reply, &QNetworkReply::metaDataChanged, q, [this] { readHead(); });
     QObject::connect(reply, &QNetworkReply::readyRead, q, [this] { readBody(); });
     QObject::connect(reply, &QNetworkReply::finished, q, [this] { endBody(); });
-    QObject::connect(reply, &QObject::destroyed, q, [this] {
-        settle(QNetworkReply::OperationCanceledError, QStringLiteral("The network access manager went away"));
-    });
+    QObject::connect(reply, &QObject::destroyed, q, [this] { loseManager(); });
     silence.start();
+}
+
+void RequestPrivate::loseManager()
+{
+    settle(QNetworkReply::OperationCanceledError, QStringLiteral("The network access manager went away"));
 }
 
 // Comes once the headers are complete, before the body, and possibly again for a trailer.
@@ -230,6 +245,7 @@ void RequestPrivate::settle(QNetworkReply::NetworkError code, const QString &tex
         reply->disconnect(q);
         reply->abort();
     }
+    leaveQueue();
     QMetaObject::invokeMethod(
         q, [this] { deliver(); }, Qt::QueuedConnection);
 }
@@ -250,12 +266,21 @@ void RequestPrivate::deliver()
 // Not deleted at once: this may be running below one of its signals.
 void RequestPrivate::dropReply()
 {
+    leaveQueue();
     if (!reply)
         return;
     reply->disconnect(q);
     reply->abort();
     reply->deleteLater();
     reply.clear();
+}
+
+void RequestPrivate::leaveQueue()
+{
+    if (!queue)
+        return;
+    queue->leave(this, originOf(request.url()));
+    queue.clear();
 }
 
 } // namespace ts

@@ -260,6 +260,46 @@ private Q_SLOTS:
         QCOMPARE(log.lines().size(), 1); // of the one that was to complain
     }
 
+    void waitsForItsTurnWithoutItsClock()
+    {
+        ScriptedServer other;
+        for (ScriptedServer *place : {&server, &other})
+            place->setAnswer("/held", raw("", HttpAnswer::Stall));
+        server.setAnswer("/good", HttpAnswer::with(200));
+        server.setAnswer("/away", HttpAnswer::redirect(302, other.url("/held"_s).toEncoded()));
+        auto mortal = std::make_unique<NetworkAccessManager>();
+        QStringList ended;
+        QObject owner;
+        const auto send = [&](const char *path, const ScriptedServer &to) {
+            auto *get =
+                new GetRequest(QNetworkRequest(to.url(QString::fromLatin1(path))), mortal.get(), &owner);
+            get->setSuppressErrors(true);
+            connect(get, &GetRequest::finished, get,
+                    [&ended, get, path] { ended << "%1 %2"_s.arg(QLatin1String(path)).arg(get->error()); });
+            return get;
+        };
+        GetRequest *held = nullptr;
+        for (int i = 0; i < 6; ++i)
+            held = send("/held", server);
+        GetRequest *waiting = send("/good", server);
+        waiting->setTransferTimeout(std::chrono::milliseconds(1));
+        send("/held", other)->setTransferTimeout(std::chrono::milliseconds(100));
+        QTRY_COMPARE(ended, QStringList("/held %1"_s.arg(QNetworkReply::TimeoutError)));
+        QTRY_COMPARE(server.count("/held"), 6);
+        waiting->setTransferTimeout(std::chrono::seconds(30));
+        delete send("/good", server);
+        send("/good", server);
+        delete held;
+        QTRY_COMPARE(ended.mid(1), QStringList({"/good 0"_s, "/good 0"_s}));
+        send("/away", server);
+        send("/good", server);
+        QTRY_COMPARE(ended.mid(3), QStringList("/good 0"_s));
+        for (const char *path : {"/held", "/good", "/good"})
+            send(path, server);
+        mortal.reset();
+        QTRY_COMPARE(ended.mid(4).filter(" %1"_s.arg(QNetworkReply::OperationCanceledError)).size(), 9);
+    }
+
     void destructionAborts()
     {
         Sink sink;
