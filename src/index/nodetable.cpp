@@ -122,7 +122,7 @@ quint32 NodeTable::announce(const QStringRef &id) const
 void NodeTable::approach(quint32 hash) const
 {
     const int number = table[firstSlot(hash)].number;
-    if (number < 0)
+    if (number < 0 || !text)
         return;
     fetch(text->constData() + places[size_t(number)].position);
 }

@@ -5,6 +5,7 @@
 #include "index/packagenode.h"
 #include "logging_p.h"
 #include "repository/packageaccessor.h"
+#include "repository/packagerecords.h"
 
 #include <QElapsedTimer>
 #include <QLocale>
@@ -93,20 +94,25 @@ void PackageIndexBuilder::buildIndex(int accessorPosition)
 {
     PackageAccessor &accessor = *d.accessors[size_t(accessorPosition)];
     accessor.initialize();
-    addNodes(accessor.packageCount(),
-             [&](int j) { return new PackageNode(accessor.packageInfo(j), d.q, accessorPosition, j); });
-    addNodes(accessor.keywordCount(),
-             [&](int j) { return KeywordNode::create(accessor.keywordInfo(j), d.q); });
+    addNodes(
+        accessor.packageCount(), [&](int j) { return accessor.packageInfo(j); },
+        [&](const PackageInfo &info, int j) { return new PackageNode(info, d.q, accessorPosition, j); });
+    addNodes(
+        accessor.keywordCount(), [&](int j) { return accessor.keywordInfo(j); },
+        [&](const KeywordInfo &info, int) { return KeywordNode::create(info, d.q); });
 }
 
-template<typename Create>
-void PackageIndexBuilder::addNodes(int count, Create create)
+// A record without an id is one that its accessor could not read.
+template<typename Read, typename Create>
+void PackageIndexBuilder::addNodes(int count, Read read, Create create)
 {
     d.nodes.reserve(d.nodes.nodes().size() + count);
     std::array<PackageIndexNode *, recordsInBlock> block{};
     int filled = 0;
     for (int j = 0; j < count; ++j) {
-        if (PackageIndexNode *node = create(j))
+        const auto record = read(j);
+        PackageIndexNode *node = record.id.isEmpty() ? nullptr : create(record, j);
+        if (node)
             block[size_t(filled++)] = node;
         if (filled == recordsInBlock || j == count - 1) {
             d.nodes.insert(block.data(), filled);

@@ -48,8 +48,8 @@ private:
 
     void chooseLanguage();
     void buildIndex(int accessorPosition);
-    template<typename Create>
-    void addNodes(int count, Create create);
+    template<typename Read, typename Create>
+    void addNodes(int count, Read read, Create create);
     void buildGraph(int accessorPosition);
     void resolveLinks(const LinkInfo *records, int count);
     void connectNodes();

@@ -21,17 +21,23 @@ QSharedPointer<PackageIndex> indexOfKeyword(Keyword::Type type, const QString &t
     return buildIndex({catalogue});
 }
 
-// What a source has for one id, as in "p:type", a package, "k:text", a keyword, and "x:", one without a type.
+// What a source has for one id, as in "p:type", a package, "k:text", a keyword, "x:", one without a type, and
+// "-", records without any id.
 MemoryCatalogue recordsOf(const QString &records)
 {
     MemoryCatalogue catalogue;
     for (const QString &record : records.split(QLatin1Char(' '))) {
         const QString text = record.mid(2);
         const auto type = record.startsWith("k:"_s) ? Keyword::Name : Keyword::Invalid;
-        if (record.startsWith("p:"_s))
+        if (record.startsWith("p:"_s)) {
             catalogue.addPackage("id"_s, text, {{"type"_s, text}});
-        else
+        } else if (record == "-"_s) {
+            catalogue.addPackage(QString(), "t"_s);
+            catalogue.addKeyword(QString(), Keyword::Name, "k"_s, "k"_s);
+            catalogue.addLink("id"_s, IsA, QString());
+        } else {
             catalogue.addKeyword("id"_s, type, text, text);
+        }
     }
     return catalogue;
 }
@@ -111,6 +117,8 @@ private Q_SLOTS:
     {
         // each source in ascending priority | what becomes of its records; a package also by its manifest
         for (const Row &row : rows(R"(
+            -                   |
+            p:low -, -          | p:low low
             p:low, p:high       | p:high high
             k:low, k:high       | k:high
             p:low, k:high       | k:high
