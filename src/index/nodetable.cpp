@@ -3,9 +3,6 @@
 #include "index/packageindexnode.h"
 #include "logging_p.h"
 
-#include <QHash>
-#include <QRandomGenerator>
-
 #include <array>
 #include <cstring>
 
@@ -27,7 +24,6 @@ void fetch([[maybe_unused]] const void *address)
 } // namespace
 
 NodeTable::NodeTable()
-    : secret(QRandomGenerator::global()->generate64() | 1)
 {
     resize(smallestTable);
 }
@@ -53,9 +49,6 @@ void NodeTable::resize(size_t size)
     std::vector<Slot> smaller(size);
     smaller.swap(table);
     mask = size - 1;
-    shift = 64;
-    while (size >>= 1)
-        --shift;
     for (const Slot &slot : smaller) {
         if (slot.number >= 0)
             table[slotOf(created.at(slot.number)->id(), slot.hash)] = slot;
@@ -108,13 +101,13 @@ void NodeTable::clear()
 
 PackageIndexNode *NodeTable::value(const QStringRef &id) const
 {
-    const int number = numberOf(id, qHash(id, uint(secret)));
+    const int number = numberOf(id, hashOf(id));
     return number < 0 ? nullptr : created.at(number);
 }
 
 quint32 NodeTable::announce(const QStringRef &id) const
 {
-    const quint32 hash = qHash(id, uint(secret));
+    const quint32 hash = hashOf(id);
     fetch(&table[firstSlot(hash)]);
     return hash;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "index/keyedhash_p.h"
+
 #include <QStringRef>
 #include <QVector>
 
@@ -16,8 +18,8 @@ class PackageIndexNode;
  * be, and the look-ups of a build are cut in three, so that the memory is fetched for many before anybody
  * waits for the first: announce() all, then approach() all, then numberOf() all.
  *
- * Ids may come from people who choose them so that their hashes collide. Where a hash leads to is therefore a
- * secret of this table, and of ids with one and the same hash only a few are taken.
+ * Ids may come from people who choose them so that their hashes collide. Hashes are therefore keyed by a
+ * secret of this table; and should somebody find out, of ids with one hash only a few are taken.
  *
  * The ids of all nodes are references to one string, which may grow meanwhile.
  *
@@ -71,17 +73,17 @@ private:
 
     void resize(size_t size);
     void insert(PackageIndexNode *node, quint32 hash);
-    size_t firstSlot(quint32 hash) const { return size_t((hash * secret) >> shift); }
+    quint32 hashOf(const QStringRef &id) const { return quint32(keyedHash(id)); }
+    size_t firstSlot(quint32 hash) const { return hash & mask; }
     size_t slotOf(const QStringRef &id, quint32 hash) const;
     bool isCrowded(quint32 hash, size_t end) const;
 
-    const quint64 secret; // odd
+    const KeyedHash keyedHash;
     const QString *text = nullptr;
     QVector<PackageIndexNode *> created;
     std::vector<Place> places; // of the ids of created nodes, here because the nodes themselves lie far apart
     std::vector<Slot> table;   // a power of two, at most half of it taken
     size_t mask = 0;
-    int shift = 64; // leaves as many bits as the mask has
 };
 
 } // namespace ts::pm
