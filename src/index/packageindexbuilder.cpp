@@ -1,6 +1,7 @@
 #include "index/packageindexbuilder_p.h"
 
 #include "index/foldedorder_p.h"
+#include "index/keyedhash_p.h"
 #include "index/keywordnode.h"
 #include "index/packagenode.h"
 #include "logging_p.h"
@@ -9,11 +10,11 @@
 
 #include <QElapsedTimer>
 #include <QLocale>
-#include <QSet>
 
 #include <algorithm>
 #include <array>
 #include <numeric>
+#include <unordered_map>
 
 namespace ts::pm {
 
@@ -75,11 +76,9 @@ void PackageIndexBuilder::build()
 
 void PackageIndexBuilder::chooseLanguage()
 {
-    QSet<QString> languages;
-    for (const auto &accessor : d.accessors) {
-        const QStringList offered = accessor->keywordLanguages();
-        languages.unite(QSet<QString>(offered.begin(), offered.end()));
-    }
+    QStringList languages;
+    for (const auto &accessor : d.accessors)
+        languages += accessor->keywordLanguages();
     const QString locale = QLocale().name();
     const QString language = locale.section(QLatin1Char('_'), 0, 0);
     if (languages.contains(locale))
@@ -262,14 +261,12 @@ PackageIndexBuilder::PackageTypes PackageIndexBuilder::packageTypes() const
 {
     PackageTypes types;
     types.ofPackages.reserve(d.packages.size());
-    QHash<QStringRef, int> numbers;
+    std::unordered_map<QStringRef, int, KeyedHash> numbers;
     for (const PackageNode *package : qAsConst(d.packages)) {
-        const auto known = numbers.constFind(package->type());
-        const int number = known != numbers.constEnd() ? *known : types.sorted.size();
-        if (number == types.sorted.size()) {
-            numbers.insert(package->type(), number);
+        const auto [known, isNew] = numbers.try_emplace(package->type(), types.sorted.size());
+        const int number = known->second;
+        if (isNew)
             types.sorted.append({package->type(), 0});
-        }
         ++types.sorted[number].packageCount;
         types.ofPackages.append(number);
     }
@@ -277,7 +274,7 @@ PackageIndexBuilder::PackageTypes PackageIndexBuilder::packageTypes() const
               [](const PackageType &a, const PackageType &b) { return a.name < b.name; });
     QVector<int> places(types.sorted.size());
     for (int i = 0; i < types.sorted.size(); ++i)
-        places[numbers.value(types.sorted.at(i).name)] = i;
+        places[numbers.at(types.sorted.at(i).name)] = i;
     for (int &type : types.ofPackages)
         type = places.at(type);
     return types;
