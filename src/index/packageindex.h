@@ -78,6 +78,7 @@ public:
      *
      * An empty \a type takes all packages, one that no package has takes none. The range is taken whole:
      * a type whose name sorts between a type and its sub-types, as a-b does between a and a:b, lies within.
+     * Of the types above one that is nested deeper than 256 levels only the uppermost 256 are known.
      * Filter and order run on the calling thread.
      */
     static PackageList selectPackages(QSharedPointer<PackageIndex> index, const QString &type,

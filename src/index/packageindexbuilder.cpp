@@ -23,6 +23,8 @@ namespace {
 constexpr double nanosecondsInMillisecond = 1000000.0;
 // More than a processor has memory accesses under way, few enough to stay in its cache.
 constexpr int recordsInBlock = 64;
+// Each costs a look-up as long as it is. Types of real catalogues are nested a handful of levels deep.
+constexpr int mostTypesAbove = 256;
 
 template<typename Node>
 void applyOrder(QVector<Node *> &nodes, const QVector<int> &order)
@@ -286,9 +288,12 @@ void PackageIndexBuilder::fillTypeRanges(const PackageTypes &types)
     for (const PackageType &type : types.sorted) {
         const int last = first + type.packageCount - 1;
         enterTypeRange(type.name, first, last);
-        for (int end = type.name.size() - 1; end >= 0; --end) {
-            if (type.name.at(end) == QLatin1Char(':'))
-                enterTypeRange(type.name.left(end), first, last);
+        int end = -1;
+        for (int above = 0; above < mostTypesAbove; ++above) {
+            end = type.name.indexOf(QLatin1Char(':'), end + 1);
+            if (end < 0)
+                break;
+            enterTypeRange(type.name.left(end), first, last);
         }
         first = last + 1;
     }

@@ -184,6 +184,15 @@ Creating link between "m" and "p" with type 6)"));
                 QCOMPARE(row.with("%1; %2"_s.arg(range, one).trimmed()), row.text());
             }
         }
+        MemoryCatalogue deep;
+        deep.addPackage("p"_s, QString(300, QLatin1Char(':')));
+        const auto deepIndex = buildIndex({deep});
+        for (const int colons :
+             {1, 255, 256, 299, 300}) { // those of 256 to 299 are types that nobody asks for
+            const QString type(colons, QLatin1Char(':'));
+            const int found = PackageIndex::selectPackages(deepIndex, type, {}, {}).size();
+            QCOMPARE(found, colons < 256 || colons == 300 ? 1 : 0);
+        }
     }
 
     void ordersPackagesBySortStrings()
