@@ -4,6 +4,7 @@
 #include "index/keyedhash_p.h"
 #include "index/keywordnode.h"
 #include "index/packagenode.h"
+#include "index/sortstring_p.h"
 #include "logging_p.h"
 #include "repository/packageaccessor.h"
 #include "repository/packagerecords.h"
@@ -25,6 +26,9 @@ constexpr double nanosecondsInMillisecond = 1000000.0;
 constexpr int recordsInBlock = 64;
 // Each costs a look-up as long as it is. Types of real catalogues are nested a handful of levels deep.
 constexpr int mostTypesAbove = 256;
+// Packages keep their sort strings. Real catalogues have room for all of them.
+constexpr int roomForSortStrings = 128 * 1024 * 1024; // characters, 256 MiB
+constexpr int lengthWithoutRoom = 256;                // characters before the id
 
 template<typename Node>
 void applyOrder(QVector<Node *> &nodes, const QVector<int> &order)
@@ -250,8 +254,12 @@ void PackageIndexBuilder::sortPackages(const PackageTypes &types)
 {
     FoldedOrder order;
     order.reserve(d.packages.size());
+    qint64 room = roomForSortStrings;
     for (int i = 0; i < d.packages.size(); ++i) {
-        const QString sortString = d.packages.at(i)->sortString();
+        const PackageNode *package = d.packages.at(i);
+        QString &sortString = package->sortCache;
+        sortString = SortString(*package).text(room > 0 ? SortString::longestText : lengthWithoutRoom);
+        room -= sortString.size();
         order.add(types.ofPackages.at(i), QStringRef(&sortString));
     }
     applyOrder(d.packages, order.sorted());

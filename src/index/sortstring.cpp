@@ -9,9 +9,7 @@ namespace ts::pm {
 
 namespace {
 
-// Real catalogues stay far below both.
-constexpr int longestChain = 256;  // entries
-constexpr int longestText = 65536; // characters before the id
+constexpr int longestChain = 256; // entries; real catalogues stay far below
 
 QStringRef textOf(const PackageIndexNode *node)
 {
@@ -70,9 +68,9 @@ bool SortString::linkLess(const Attribute &a, const Attribute &b)
     return QStringRef::localeAwareCompare(a.keyword->sortString(), b.keyword->sortString()) < 0;
 }
 
-int SortString::length() const
+qint64 SortString::length() const
 {
-    int length = chain.size() + attributes.size() + 2 + package.id().size();
+    qint64 length = chain.size() + attributes.size() + 2 + package.id().size();
     for (int i = 1; i < chain.size(); ++i)
         length += textOf(chain[i].node).size();
     for (const Attribute &attribute : attributes)
@@ -80,23 +78,24 @@ int SortString::length() const
     return length;
 }
 
-QString SortString::text() const
+QString SortString::text(int longest) const
 {
     QString text;
-    text.reserve(qMin(length(), longestText + 1 + package.id().size()));
-    for (int i = chain.size() - 1; i > 0 && text.size() < longestText; --i) {
-        text += textOf(chain[i].node);
+    text.reserve(int(qMin(length(), qint64(longest) + 1 + package.id().size())));
+    const auto add = [&](const QStringRef &part) { text += part.left(longest - text.size()); };
+    for (int i = chain.size() - 1; i > 0 && text.size() < longest; --i) {
+        add(textOf(chain[i].node));
         if (i > 1)
             text += QLatin1Char('>');
     }
     if (!attributes.isEmpty() && !text.isEmpty())
         text += QLatin1Char(':');
-    for (int i = 0; i < attributes.size() && text.size() < longestText; ++i) {
+    for (int i = 0; i < attributes.size() && text.size() < longest; ++i) {
         if (i > 0)
             text += QLatin1Char('&');
-        text += attributes[i].keyword->sortString();
+        add(attributes[i].keyword->sortString());
     }
-    text.truncate(longestText);
+    text.truncate(longest);
     text += QLatin1Char('#');
     text += package.id();
     return text;

@@ -18,7 +18,11 @@ class SortString
 public:
     explicit SortString(const PackageNode &package);
 
-    QString text() const;
+    /** Characters before the id; real catalogues stay far below. */
+    static constexpr int longestText = 65536;
+
+    /** The text, cut to \a longest characters before the id. */
+    QString text(int longest = longestText) const;
 
 private:
     struct ChainEntry
@@ -36,7 +40,7 @@ private:
     bool isOnPath(const PackageIndexNode *node, int end) const;
     void collectAttributes();
     static bool linkLess(const Attribute &a, const Attribute &b);
-    int length() const;
+    qint64 length() const;
 
     const PackageNode &package;
     QVarLengthArray<ChainEntry, 16> chain; // the package, then its categories, the nearest first

@@ -198,6 +198,21 @@ private Q_SLOTS:
             QCOMPARE(row.with(package(buildIndex({graph(row[0])}), "p"_s)->sortString()), row.text());
     }
 
+    // One source could have each of its packages take as much memory as a thousand others.
+    void longSortStringsShareTheirRoom()
+    {
+        MemoryCatalogue catalogue;
+        catalogue.addKeyword("k"_s, Keyword::Name, QString(100000, QLatin1Char('x')), {});
+        catalogue.links.fill({Contains, "0"_s, "k"_s}, 25000); // more characters than an int can count
+        for (int i = 0; i < 2050; ++i) {
+            catalogue.addPackage(QString::number(i));
+            catalogue.addLink(QString::number(i), IsA, "k"_s);
+        }
+        const auto index = buildIndex({catalogue});
+        QCOMPARE(package(index, "0"_s)->sortString(), QString(65536, QLatin1Char('x')) + "#0"_s);
+        QCOMPARE(package(index, "2049"_s)->sortString(), QString(256, QLatin1Char('x')) + "#2049"_s);
+    }
+
     void listsKeepTheirIndex()
     {
         MemoryCatalogue catalogue = graph("p is_a k"_s);
