@@ -127,9 +127,13 @@ KeywordPredicate::KeywordPredicate(const KeywordReach::Test &test)
 {
 }
 
-// Null if another index came first.
-const KeywordReach *KeywordPredicate::reachFor(const PackageIndex &index) const
+// Null if another index came first, and for packages that no index has built: what they link to may be in
+// none either.
+const KeywordReach *KeywordPredicate::reachFor(const PackageNode &package) const
 {
+    if (package.indexPosition() < 0)
+        return nullptr;
+    const PackageIndex &index = *package.packageIndex();
     const KeywordReach *reach = shared->reach.load(std::memory_order_acquire);
     if (!reach) {
         auto fresh = std::make_unique<const KeywordReach>(index, shared->test);
@@ -141,7 +145,7 @@ const KeywordReach *KeywordPredicate::reachFor(const PackageIndex &index) const
 
 bool KeywordPredicate::operator()(PackageNode *package) const
 {
-    if (const KeywordReach *reach = reachFor(*package->packageIndex()))
+    if (const KeywordReach *reach = reachFor(*package))
         return reach->leadsFrom(*package);
     const QSet<KeywordNode *> keywords = package->keywords();
     return std::any_of(keywords.begin(), keywords.end(), shared->test);

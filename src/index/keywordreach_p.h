@@ -48,7 +48,8 @@ private:
  * A package filter: takes the packages that carry a keyword that passes a test.
  *
  * Copies share what has been found out about the index that the first call was for; that is published
- * atomically and does not change any more. Calls for other indexes are answered without it.
+ * atomically and does not change any more. Calls for other indexes, and for packages that no index has built,
+ * are answered without it.
  */
 class TAMSEL_TEST_EXPORT KeywordPredicate
 {
@@ -59,7 +60,7 @@ public:
 
 private:
     struct Shared;
-    const KeywordReach *reachFor(const PackageIndex &index) const;
+    const KeywordReach *reachFor(const PackageNode &package) const;
 
     std::shared_ptr<Shared> shared;
 };

@@ -135,6 +135,11 @@ private Q_SLOTS:
             p is k, k relates_to m, m contains n, m is_a o    | k m
             p requires p2, p2 is_a k, p is_a m, m is_a p2     | m)"))
             QCOMPARE(row.with(keywordsOfP(buildIndex({graph(row[0])}))), row.text());
+        PackageIndex index; // never built
+        const std::unique_ptr<KeywordNode> k(KeywordNode::create({"k"_s, Keyword::Name, {}}, &index));
+        PackageNode byHand({"p"_s, "t"_s, QString()}, &index, 0, 0);
+        byHand.linkTo(k.get(), IsA);
+        QVERIFY(KeywordPredicate([](const KeywordNode *) { return true; })(&byHand));
     }
 
     // A link that was refused stays on the path and counts against the links that are tried after it, but not
