@@ -152,14 +152,16 @@ bool InstallLocation::installFile(const QString &source, const QString &name) co
 
 bool InstallLocation::contains(const QString &name) const
 {
-    return root && !name.isEmpty() && isInsideRoot(name) && directory(false).exists(name);
+    return !name.isEmpty() && !pathToFile(name).isEmpty();
 }
 
 QString InstallLocation::pathToFile(const QString &name) const
 {
     if (!root || !isInsideRoot(name))
         return QString();
-    const QString file = directory(false).absoluteFilePath(name);
+    QString file = directory(false).absolutePath();
+    if (!name.isEmpty())
+        file += QLatin1Char('/') + name; // QDir would take "etc:x" for a file on the search path "etc"
     return QFile::exists(file) ? file : QString();
 }
 

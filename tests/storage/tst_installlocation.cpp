@@ -127,10 +127,12 @@ private Q_SLOTS:
     void staysInsideItsRoot()
     {
         write("victim"_s);
+        QDir::setSearchPaths("search"_s, {scratch().path()});
         for (const Row &row : rows(R"(
             birds..a/....  | ..v1..2.tar.       | inside
             /birds         | owl                | inside
             Vögel          | Schleiereule ☾     | inside
+            birds          | search:victim      | inside
             birds          | ../victim          | refused
             birds          | /dev/null          | refused
             birds          | C:victim           | refused
