@@ -94,6 +94,12 @@ CanonicalJson::CanonicalJson()
 {
 }
 
+CanonicalJson::CanonicalJson(QByteArray &&start)
+    : buffer(std::move(start))
+    , to(buffer.data() + buffer.size())
+{
+}
+
 QByteArray CanonicalJson::take()
 {
     buffer.resize(int(to - buffer.constData()));
@@ -110,7 +116,8 @@ bool CanonicalJson::reserve(qint64 bytes)
     constexpr qint64 most = std::numeric_limits<int>::max() - 64; // QByteArray keeps a header and a NUL
     if (wanted > most)
         return false;
-    buffer.resize(int(std::min(most, std::max(wanted, qint64(buffer.size()) * 2))));
+    const qint64 room = std::max(qint64(buffer.size()) * 2, qint64(buffer.capacity()));
+    buffer.resize(int(std::min(most, std::max(wanted, room))));
     to = buffer.data() + used;
     return true;
 }

@@ -21,6 +21,9 @@ class CanonicalJson
 public:
     CanonicalJson();
 
+    /** Goes on behind \a start. */
+    explicit CanonicalJson(QByteArray &&start);
+
     bool write(const QJsonObject &object);
     bool writeString(QStringView text);
     QByteArray take();

@@ -6,6 +6,8 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 
+#include <utility>
+
 namespace ts::crypto {
 
 namespace {
@@ -47,10 +49,15 @@ QByteArray JsonSignature::toByteArray(const QByteArray &json, QLatin1String key)
     return toByteArray(object);
 }
 
-QByteArray JsonSignature::toByteArray(QStringView text)
+bool JsonSignature::appendString(QStringView text, QByteArray *json)
 {
-    CanonicalJson json;
-    return json.writeString(text) ? json.take() : QByteArray();
+    const int before = json->size();
+    CanonicalJson writer(std::move(*json));
+    const bool isWritten = writer.writeString(text);
+    *json = writer.take();
+    if (!isWritten)
+        json->truncate(before);
+    return isWritten;
 }
 
 } // namespace ts::crypto

@@ -37,8 +37,11 @@ public:
      */
     static QByteArray toByteArray(const QByteArray &json, QLatin1String key);
 
-    /** A JSON string with that text, in quotes; a null array if a surrogate stands alone in it. */
-    static QByteArray toByteArray(QStringView text);
+    /**
+     * Appends a JSON string with that text, in quotes, to \a json. False, and \a json as it was, if a
+     * surrogate stands alone in the text, or if both together could be more than a QByteArray holds.
+     */
+    [[nodiscard]] static bool appendString(QStringView text, QByteArray *json);
 };
 
 } // namespace ts::crypto

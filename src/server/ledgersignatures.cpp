@@ -7,12 +7,11 @@
 #include <TamselCrypto/JsonSignature>
 #include <TamselCrypto/PublicKey>
 
-#include <QByteArrayList>
-#include <QStringBuilder>
 #include <QtConcurrent>
 
 #include <algorithm>
 #include <atomic>
+#include <limits>
 
 namespace ts::pm {
 
@@ -35,35 +34,63 @@ bool isSignedBy(const PublicKey &key, const unsigned char *signature, const QByt
                          message);
 }
 
-QByteArray filesStatement(const PackageEntry &package)
+// Bytes of a statement. What grows beyond that, as escapes can make a ledger grow six times, is signed by
+// nobody: a QByteArray holds hardly more, and ends the process when it has to.
+constexpr qint64 largestStatement = std::numeric_limits<int>::max() - 1024;
+constexpr int largestFrame = 64; // around the parts of a statement, and around the digits of a file
+
+/** The bytes of a statement in which no text has to be escaped; texts that are \a package's own. */
+qint64 usualSize(const PackageEntry &package, const Utf8String &type)
 {
-    QByteArray text("{");
-    const QVector<PackageFile> files = packageFiles(package);
-    for (const PackageFile &file : files) {
-        const QByteArray path = JsonSignature::toByteArray(file.path);
-        if (path.isNull())
-            return QByteArray();
-        if (text.size() > 1)
-            text += ',';
-        text += path;
-        text += ":\"";
-        text += QByteArray::fromRawData(reinterpret_cast<const char *>(file.digest), DigestSize).toHex();
-        text += '"';
-    }
-    text += '}';
-    return text;
+    qint64 size = package.manifest.length + type.length + largestFrame;
+    for (auto file = package.files.cbegin(); file != package.files.cend(); ++file)
+        size += file.key().size() + 2 * DigestSize + 6; // quotes, colon and comma
+    return qMin(size, largestStatement);
 }
 
-/** What the issuer of a package signs, an object in canonical form; null if it has none. \a type is a JSON
- * string.
- */
-QByteArray packageStatement(const PackageEntry &package, const QByteArray &type)
+void appendHex(const unsigned char *digest, QByteArray *text)
 {
-    const QByteArray files = filesStatement(package);
+    constexpr char digits[] = "0123456789abcdef";
+    const int before = text->size();
+    text->resize(before + 2 * DigestSize);
+    char *to = text->data() + before;
+    for (const unsigned char *byte = digest; byte != digest + DigestSize; ++byte) {
+        *to++ = digits[*byte >> 4];
+        *to++ = digits[*byte & 0xf];
+    }
+}
+
+bool appendFile(const PackageFile &file, QByteArray *text)
+{
+    if (!JsonSignature::appendString(file.path, text) || text->size() > largestStatement - largestFrame)
+        return false;
+    text->append(":\"", 2);
+    appendHex(file.digest, text);
+    text->append('"');
+    return true;
+}
+
+/** What the issuer of a package signs, an object in canonical form; null if it has none. */
+QByteArray packageStatement(const PackageEntry &package, const Utf8String &type)
+{
+    QByteArray text;
+    text.reserve(int(usualSize(package, type)));
+    text.append("{\"files\":{");
+    const QVector<PackageFile> files = packageFiles(package);
+    for (const PackageFile &file : files) {
+        if (&file != files.cbegin())
+            text.append(',');
+        if (!appendFile(file, &text))
+            return QByteArray();
+    }
     const QByteArray manifest = JsonSignature::toByteArray(rawView(package.manifest), QLatin1String("type"));
-    if (files.isNull() || manifest.isNull() || type.isNull())
+    if (manifest.isNull() || text.size() + qint64(manifest.size()) > largestStatement - largestFrame)
         return QByteArray();
-    return QByteArrayLiteral("{\"files\":") + files + ",\"manifest\":" + manifest + ",\"type\":" + type + '}';
+    text.append("},\"manifest\":").append(manifest).append(",\"type\":");
+    if (!JsonSignature::appendString(type.toString(), &text))
+        return QByteArray();
+    text.append('}');
+    return text;
 }
 
 bool hasAllDigests(const PackageEntry &package)
@@ -75,7 +102,7 @@ bool hasAllDigests(const PackageEntry &package)
 class PackageVerifier
 {
 public:
-    PackageVerifier(const QByteArrayList &types, const QVector<PublicKey> &keys, std::atomic<int> *good)
+    PackageVerifier(const QVector<Utf8String> &types, const QVector<PublicKey> &keys, std::atomic<int> *good)
         : types(types)
         , keys(keys)
         , good(good)
@@ -97,7 +124,7 @@ private:
         return !statement.isNull() && isSignedBy(keys.at(package.issuerIndex), package.signature, statement);
     }
 
-    QByteArrayList types; // as JSON strings
+    QVector<Utf8String> types;
     QVector<PublicKey> keys;
     std::atomic<int> *good;
 };
@@ -146,13 +173,10 @@ bool PackageLedger::verifySignatures()
             return false;
     }
 
-    QByteArrayList typeNames;
-    for (const Utf8String &type : qAsConst(types))
-        typeNames.append(JsonSignature::toByteArray(type.toString()));
     std::atomic<int> good(0);
     // Not blockingMap(), which leaves all the work to the pool: this call itself runs on one of its threads,
     // and in a full pool it would wait for ever. Started like this, the calling thread works too.
-    QtConcurrent::startMap(packages.cbegin(), packages.cend(), PackageVerifier(typeNames, keys, &good))
+    QtConcurrent::startMap(packages.cbegin(), packages.cend(), PackageVerifier(types, keys, &good))
         .startBlocking();
     if (good != packages.size())
         return false;

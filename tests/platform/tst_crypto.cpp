@@ -181,7 +181,12 @@ private Q_SLOTS:
             QVERIFY(form(text).isNull());
             QVERIFY(form(QJsonArray{text}).isNull());
             QVERIFY(JsonSignature::toByteArray({{text, 1}}).isNull());
+            QByteArray json = "[";
+            QVERIFY(!JsonSignature::appendString(text, &json));
+            QVERIFY(JsonSignature::appendString(n, &json));
+            QCOMPARE(json, QByteArray("[\"n\""));
         }
+        QCOMPARE(JsonSignature::toByteArray({}), QByteArray("{}"));
         QVERIFY(canonical(R"({"\u00e9":1,"\ufb33":2,"\ud83d\ude00":3,"a":4})").size() > 0);
         QVERIFY(canonical("{\"\\ud83d\\ude00\":1,\"\\ufb33\":2,\"\xef\xac\xb3\":2,\"]\":4}").isNull());
         QCOMPARE(JsonSignature::toByteArray(nested(1536)).size(), 1535 * 6 + 2);

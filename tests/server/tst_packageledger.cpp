@@ -309,7 +309,7 @@ private Q_SLOTS:
     {
         SignedLedger many;
         for (int i = 0; i < 200; ++i)
-            many.addPackage(QByteArray::number(i), "tree", "{}", {{"a", QByteArray::number(i)}});
+            many.addPackage(QByteArray::number(i), "tree", "{}", {{QByteArray(i * 9, '\1'), "escaped"}});
         const QByteArray good = many.toByteArray();
         many.records.packages[137].signature[5] = char(many.records.packages[137].signature[5] ^ 1);
         const QByteArray bad = many.toByteArray();
