@@ -154,7 +154,7 @@ void warnOfDevelopmentKey()
     if (!RootKeyIsForDevelopment)
         return;
     static const bool warned = [] {
-        qCWarning(lcLedger)
+        qCWarning(lcPm)
             << "Ledgers are verified with the development root key, with which everybody can sign";
         return true;
     }();

@@ -116,13 +116,15 @@ class tst_PackageLedger : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    // Once in a process, so that the warning is in no other log.
+    // The warning comes once in a process, and not among the lines of the ledger.
     void initTestCase()
     {
-        QCOMPARE(logOf(document()),
-                 QString(goodLog).replace("OK"_s,
-                                          "warning: Ledgers are verified with the development root key, "
-                                          "with which everybody can sign; OK"_s));
+        {
+            const LogCapture log("tamsel.packages"_s);
+            QVERIFY(isValid(document()) && isValid(document()));
+            QCOMPARE(log.lines(), QStringList("warning: Ledgers are verified with the development root key, "
+                                              "with which everybody can sign"_s));
+        }
         QCOMPARE(logOf(document()), goodLog);
         QCOMPARE(logOf(QByteArray()), QString());
     }
