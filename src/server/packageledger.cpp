@@ -138,22 +138,34 @@ const PackageEntry *PackageLedger::findPackage(const QByteArray &id) const
     return found == packages.cend() ? nullptr : &*found;
 }
 
-void PackageLedger::parse(const QByteArray &document, const QByteArray &tag)
+bool PackageLedger::parse(const QByteArray &document, const QByteArray &tag)
 {
+    clearTables();
     data = document;
-    if (data.isEmpty())
-        return;
-    valid = parse();
+    valid = !data.isEmpty() && parse();
     if (valid) {
         etag = tag;
-        return;
+        return true;
     }
-    qCCritical(lcLedger) << "Parsing of package ledger failed";
+    if (!data.isEmpty())
+        qCCritical(lcLedger) << "Parsing of package ledger failed";
     etag.clear();
     data.clear();
     packages.clear();
     links.clear();
     keywords.clear();
+    return false;
+}
+
+void PackageLedger::clearTables()
+{
+    segments.clear();
+    languages.clear();
+    types.clear();
+    issuers.clear();
+    keywords.clear();
+    packages.clear();
+    links.clear();
 }
 
 bool PackageLedger::parse()

@@ -81,6 +81,13 @@ public:
      * is there. */
     explicit PackageLedger(const QDir &dir);
 
+    /**
+     * Parses a document that came with the entity tag \a etag, and verifies its signatures, in place of what
+     * the ledger held. Not for a ledger that is shared. Returns valid; an empty document is not valid,
+     * without a message.
+     */
+    bool parse(const QByteArray &data, const QByteArray &etag);
+
     /** The first package with that id, or null. */
     const PackageEntry *findPackage(const QByteArray &id) const;
 
@@ -107,7 +114,7 @@ public:
 private:
     struct Header;
 
-    void parse(const QByteArray &document, const QByteArray &tag);
+    void clearTables();
     bool parse();
     bool parseHeader();
     bool parseOffsetTable(const Header &header, const char *document, unsigned int size);

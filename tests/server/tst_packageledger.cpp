@@ -162,6 +162,18 @@ private Q_SLOTS:
         QCOMPARE(ledger.links.size(), 1);
     }
 
+    void parsesAnew()
+    {
+        PackageLedger ledger;
+        for (const bool valid : {true, true, false, true}) {
+            QCOMPARE(ledger.parse(valid ? bytes : QByteArray(), "tag"), valid);
+            QCOMPARE(ledger.valid, valid);
+            QCOMPARE(ledger.languages.size() + ledger.types.size() + ledger.issuers.size()
+                         + ledger.keywords.size() + ledger.packages.size() + ledger.links.size(),
+                     valid ? 10 : 0);
+        }
+    }
+
     // Of the minimal document: bytes to write over it, each at an offset in decimal.
     void checksHeaderAndOffsetTable()
     {
