@@ -15,8 +15,9 @@ constexpr char LinkTag[] = ".lnk";
 // In bytes.
 constexpr int TagSize = 4;
 constexpr int HeaderSize = 38;
-constexpr int SectionHeadSize = 8; ///< tag and size, not counted by the size
-constexpr int MinimumSize = 88;    ///< of a document with four empty sections
+constexpr int SectionHeadSize = 8;         ///< tag and size, not counted by the size
+constexpr int MinimumSize = 88;            ///< of a document with four empty sections
+constexpr int LargestDocument = 268435456; ///< that is fetched from a server
 constexpr int SignatureSize = 64;
 constexpr int DigestSize = 28;
 constexpr int LinkSize = 10;

@@ -2,6 +2,7 @@
 #include "server/packageserver_p.h"
 
 #include "logging_p.h"
+#include "server/ledgerformat_p.h"
 #include "server/packageserveraccessor.h"
 
 #include <Tamsel/Locations>
@@ -27,9 +28,8 @@ constexpr int httpNotModified = 304;
 constexpr int tickInterval = 3000; // milliseconds
 constexpr std::chrono::seconds pollInterval = 120s;
 constexpr std::chrono::seconds firstRetryDelay = 5s;
-constexpr int mostDoublings = 6;             // of the delay between retries
-constexpr qint64 largestLedger = 1073741824; // bytes
-constexpr int longestLoggedBody = 65536;     // bytes
+constexpr int mostDoublings = 6;         // of the delay between retries
+constexpr int longestLoggedBody = 65536; // bytes
 
 QSharedPointer<PackageLedger> readPersistedLedger(const QDir &dir, const QString &name)
 {
@@ -84,7 +84,7 @@ void PackageServerPrivate::updateLedger()
         poll.setHeader(QNetworkRequest::IfNoneMatchHeader, ledger->etag);
     request = service->getRequest(poll);
     request->setSuppressErrors(true);
-    request->setMaximumBodySize(largestLedger);
+    request->setMaximumBodySize(ledgerformat::LargestDocument);
     QObject::connect(request, &ts::Request::finished, q, &PackageServer::processResponse);
 }
 

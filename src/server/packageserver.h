@@ -27,7 +27,7 @@ class PackageServerPrivate;
  * application. Destroying a server does not wait for requests and verifications under way. Signals:
  * updateRequired() when another ledger has become current, and after it pollFinished(). Errors: failed polls
  * are logged in "tamsel.packageserver", rejected ledgers in "tamsel.packageserver.ledger". A ledger may have
- * 1 GiB; a larger one is a failed poll. The log shows no more than the first 64 KiB of an error page.
+ * 256 MiB; a larger one is a failed poll. The log shows no more than the first 64 KiB of an error page.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageServer : public PackageSource
 {

@@ -198,7 +198,7 @@ private Q_SLOTS:
             QCOMPARE(writer.toByteArray().isNull(), beyond == 1);
         }
         ts::ledger::LedgerRecords records;
-        records.packages.fill(package, 16370); // 1 GiB in all
+        records.packages.fill(package, 4092); // 256 MiB in all
         QCOMPARE(ts::ledger::LedgerWriter(records).errors().size(), 1);
     }
 

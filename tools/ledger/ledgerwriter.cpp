@@ -1,5 +1,7 @@
 #include "ledger/ledgerwriter.h"
 
+#include "server/ledgerformat_p.h"
+
 #include <QtEndian>
 
 namespace ts::ledger {
@@ -15,8 +17,6 @@ constexpr int sectionCount = 4;
 constexpr quint64 largestText = 0xFFFF; // bytes
 constexpr quint64 largestCount16 = 0xFFFF;
 constexpr quint64 largestCount8 = 0xFF;
-constexpr quint64 largestDocument =
-    1073741824; // bytes; offsets could reach 4 GiB, but applications fetch no more
 
 /** Tells how long something gets without writing it. */
 class Counter
@@ -186,7 +186,7 @@ public:
         for (const PackageRecord &package : records.packages)
             check(package);
         place = QStringLiteral("The ledger");
-        atMost(documentSize(records), largestDocument, QStringLiteral("bytes in all"));
+        atMost(documentSize(records), pm::ledgerformat::LargestDocument, QStringLiteral("bytes in all"));
         return errors;
     }
 
