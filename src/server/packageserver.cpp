@@ -39,6 +39,14 @@ QSharedPointer<PackageLedger> readPersistedLedger(const QDir &dir, const QString
     return ledger;
 }
 
+// As it was received: Qt decodes the bytes of a header as Latin-1. A reply goes with the access manager, and
+// that with the last service, even after the answer has arrived.
+QByteArray entityTag(const ts::Request &request)
+{
+    const QNetworkReply *reply = request.reply();
+    return reply ? reply->header(QNetworkRequest::ETagHeader).toString().toLatin1() : QByteArray();
+}
+
 // No tag that came in a header has line ends or NULs; one that was read from a damaged file may.
 bool fitsHeader(const QByteArray &tag)
 {
@@ -200,9 +208,8 @@ void PackageServer::processResponse()
     const ts::Request *request = d->request;
     d->request = nullptr;
     if (request->isOk(httpOk)) {
-        const QByteArray etag = request->reply()->header(QNetworkRequest::ETagHeader).toByteArray();
         d->noteSuccess();
-        d->loadNewLedger(request->rawResponse(), etag);
+        d->loadNewLedger(request->rawResponse(), entityTag(*request));
     } else if (request->responseCode() == httpNotModified) {
         qCDebug(lcPackageServer) << "Package server update complete - no changes";
         d->noteSuccess();
