@@ -78,11 +78,12 @@ PackageServerAccessor::PackageServerAccessor(ts::account::Service *service,
 {
 }
 
-// A download under way answers nobody any more, since the server then finds nobody under the key.
+// A download under way still answers those who wait for it; whoever asks from now on gets a 404.
 PackageServerAccessor::~PackageServerAccessor()
 {
     if (proxy)
         proxy->uninstall(proxyKey);
+    delete proxyBase.load();
 }
 
 void PackageServerAccessor::initialize() {}
@@ -121,18 +122,20 @@ QUrl PackageServerAccessor::packageFileUrl(int index, const QString &name) const
     const QString id = QString::fromLatin1(digestBytes(digest).toHex());
     if (store->contains(id))
         return QUrl::fromLocalFile(store->pathForId(id));
-    const QUrl url = proxyPath(package.id.toString(), name);
-    return askMainThread([this, url] { return proxyUrl(url); });
+    const QUrl *known = proxyBase.load(std::memory_order_acquire);
+    const QUrl base = known ? *known : askMainThread([this] { return openProxy(); });
+    return base.isEmpty() ? QUrl() : base.resolved(proxyPath(package.id.toString(), name));
 }
 
 // From the first call on, the server knows this object until it is destroyed.
-QUrl PackageServerAccessor::proxyUrl(const QUrl &url) const
+QUrl PackageServerAccessor::openProxy() const
 {
     if (!proxy) {
         proxy = FileProxyServer::defaultServer();
         proxyKey = proxy->install(const_cast<PackageServerAccessor *>(this));
+        proxyBase.store(new QUrl(proxy->fileUrl(proxyKey, QUrl())), std::memory_order_release);
     }
-    return proxy->fileUrl(proxyKey, url);
+    return *proxyBase.load();
 }
 
 PackageInstaller *PackageServerAccessor::packageInstaller(int index, const InstallLocation &location) const

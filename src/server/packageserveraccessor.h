@@ -8,6 +8,8 @@
 #include <QString>
 #include <QUrl>
 
+#include <atomic>
+
 namespace ts::account {
 class Service;
 }
@@ -26,12 +28,12 @@ struct PackageEntry;
  * at the FileProxyServer; what asks for that URL makes the file come from the server into the store.
  *
  * Threads: made and destroyed on the main thread, which is that of the proxy server. Records and manifests
- * may be read on any thread. packageFileUrl() may be called on any thread too, but asks the main thread about
- * a file that is not local: do not let that thread wait for the caller. Errors: a manifest that is no JSON is
- * logged in "tamsel.packageserver.ledger" and empty. A link with an end outside the ledger has an empty end,
- * a type that does not exist is Invalid: the index drops such records. Requests for files are answered with
- * 502 without a service, with 404 for what the ledger does not have, with 500 for a file that the store
- * refuses, and otherwise with the code of the server.
+ * may be read on any thread. packageFileUrl() may be called on any thread too; the first call for a file that
+ * is not local asks the main thread: do not let that thread wait for the caller of this one. Errors: a
+ * manifest that is no JSON is logged in "tamsel.packageserver.ledger" and empty. A link with an end outside
+ * the ledger has an empty end, a type that does not exist is Invalid: the index drops such records. Requests
+ * for files are answered with 502 without a service, with 404 for what the ledger does not have, with 500 for
+ * a file that the store refuses, and otherwise with the code of the server.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageServerAccessor : public PackageAccessor, public IFileProxy
 {
@@ -57,7 +59,7 @@ public:
     void requestFile(const QUrl &url) override;
 
 private:
-    QUrl proxyUrl(const QUrl &url) const;
+    QUrl openProxy() const;
     QString requestedFileId(const QUrl &url) const;
     QString fileId(const QByteArray &packageId, const QString &name) const;
     void loadFile(const QString &id, const QUrl &url);
@@ -65,8 +67,9 @@ private:
     const QSharedPointer<PackageLedger> ledger;
     const QPointer<ts::account::Service> service;
     const QSharedPointer<FileStore> store;
-    mutable QString proxyKey;                      // main thread only, as is proxy
-    mutable QSharedPointer<FileProxyServer> proxy; // null until the first URL there is wanted
+    mutable QString proxyKey;                             // main thread only, as is proxy
+    mutable QSharedPointer<FileProxyServer> proxy;        // null until the first URL there is wanted
+    mutable std::atomic<const QUrl *> proxyBase{nullptr}; // of all URLs there; set once, by the main thread
 };
 
 } // namespace ts::pm

@@ -43,7 +43,7 @@ public:
     /** Adds a provider and returns its key, 11 characters of the base64 alphabet for URLs. */
     QString install(IFileProxy *proxy);
 
-    /** Removes a provider. Connections that wait for it stay open without an answer. */
+    /** Removes a provider. Connections that wait for it stay open, and resolveFile() still reaches them. */
     void uninstall(const QString &key);
 
     /** The absolute URL of \a url below \a key; empty for an unknown key. */
