@@ -49,6 +49,12 @@ DownloadInstallerPrivate::DownloadInstallerPrivate(const QSharedPointer<FileStor
 {
 }
 
+void DownloadInstaller::Download::dropTarget()
+{
+    delete target;
+    target = nullptr;
+}
+
 // Texts are filled in one step: an escape in a URL, such as "%2F", must not pass for a place marker.
 QString DownloadInstaller::Download::downloadMessage() const
 {
@@ -104,6 +110,8 @@ void DownloadInstaller::start()
     install();
 }
 
+// What cannot enter the store is not kept until the last download has ended: a server could answer each of
+// many files with 2 GiB of anything.
 void DownloadInstaller::downloadFinished()
 {
     Download &download = d->downloads[sender()->property(numberProperty).toInt()];
@@ -111,6 +119,10 @@ void DownloadInstaller::downloadFinished()
     download.error = download.request->error();
     download.success = download.request->isOk(httpOk);
     download.request = nullptr;
+    if (download.success)
+        download.target->discardUnlessGenuine();
+    else
+        download.dropTarget();
     if (--d->pending > 0)
         return;
     commit();
@@ -125,8 +137,7 @@ void DownloadInstaller::commit()
             addErrors({{d->downloadError, download.downloadMessage()}});
         else if (const int result = download.target->commit())
             addErrors({{d->commitError, download.commitMessage(result)}});
-        download.target->deleteLater();
-        download.target = nullptr;
+        download.dropTarget();
     }
 }
 

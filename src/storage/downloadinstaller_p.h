@@ -12,13 +12,14 @@ class FileStoreTarget;
 
 struct DownloadInstaller::Download
 {
+    void dropTarget();
     QString downloadMessage() const;
     QString commitMessage(int result) const;
 
     QUrl url;
     QString fileId;
     Request *request = nullptr;        // null once it has ended
-    FileStoreTarget *target = nullptr; // null once it has been dealt with
+    FileStoreTarget *target = nullptr; // null once it has been dealt with, and after a failure
     int responseCode = 0;
     int error = 0;
     bool success = false;

@@ -37,6 +37,13 @@ bool FileStoreTarget::open()
     return QBuffer::open(QIODevice::WriteOnly);
 }
 
+void FileStoreTarget::discardUnlessGenuine()
+{
+    verify();
+    if (verdict == Forged)
+        content = QByteArray();
+}
+
 int FileStoreTarget::commit()
 {
     if (!isOpen())
@@ -45,11 +52,18 @@ int FileStoreTarget::commit()
     // Taken as good unseen, which also makes two downloads of one file at the same time harmless.
     if (QFile::exists(path))
         return stored;
-    if (!matchesId()) {
+    verify();
+    if (verdict == Forged) {
         qCCritical(lcPackageFileStore) << "Checksum verification of file ID" << id << "failed";
         return checksumMismatch;
     }
     return save();
+}
+
+void FileStoreTarget::verify()
+{
+    if (verdict == Unknown)
+        verdict = matchesId() ? Genuine : Forged;
 }
 
 // An id of odd length is no digest, although fromHex() would make one of it, with a zero in front.

@@ -32,6 +32,13 @@ public:
     bool open();
 
     /**
+     * Verifies the content against the id ahead of commit(), which then does not do it again, and lets go of
+     * it if it is another one: a target that has to wait for its commit then holds only what can enter the
+     * store. Nothing may be written any more.
+     */
+    void discardUnlessGenuine();
+
+    /**
      * Closes the buffer, verifies it against the id and writes it to the store, atomically. A file that the
      * store has already is left as it is.
      *
@@ -43,6 +50,9 @@ public:
     [[nodiscard]] int commit();
 
 private:
+    enum Verdict { Unknown, Genuine, Forged };
+
+    void verify();
     bool matchesId() const;
     int save() const;
 
@@ -50,6 +60,7 @@ private:
     QString path;
     QByteArray content;
     QCryptographicHash::Algorithm algorithm;
+    Verdict verdict = Unknown; // stands for the content, which may be gone
 };
 
 } // namespace ts::pm

@@ -12,9 +12,11 @@
 #include "support/signedledger.h"
 #include "support/table.h"
 
+#include <Tamsel/Request>
 #include <TamselAccount/Service>
 #include <TamselNetwork/NetworkAccessManager>
 
+#include <QBuffer>
 #include <QNetworkReply>
 #include <QSignalSpy>
 #include <QThreadPool>
@@ -265,8 +267,6 @@ private Q_SLOTS:
         QCOMPARE(revisionOf(PackageServer(nullptr)), QString());
     }
 
-    void records()
-    {
     // The access manager goes with the last service, after the answer and before anybody hears of it.
     void survivesTheAccessManager()
     {
@@ -280,6 +280,8 @@ private Q_SLOTS:
         manager = NetworkAccessManager::sharedInstance();
     }
 
+    void records()
+    {
         Stage http;
         SignedLedger &ledger = http.ledger;
         ledger.addPackage("ash", "plant", "no manifest");
@@ -391,6 +393,20 @@ private Q_SLOTS:
         QVERIFY(FileStore::defaultStore()->contains(idOf("late")));
         http.open();
         QCOMPARE(fetch(http.fileUrl("picture"_s)), "0 late"_s);
+    }
+
+    void keepsNothingThatIsForged()
+    {
+        Stage http({{"1", "absent"}, {"2", "signed"}, {"3", "never"}});
+        http.answerFile("absent", 404);
+        http.answerFile("signed", 200, "forged");
+        http.setAnswer(Stage::pathOf("never"), {{}, HttpAnswer::Stall, {}});
+        const QScopedPointer<PackageInstaller> job(
+            http.accessor->packageInstaller(0, InstallLocation::createRoot().subLocation("oak"_s)));
+        QTRY_COMPARE(job->findChildren<ts::Request *>().size(), 1);
+        for (const QBuffer *target : job->findChildren<QBuffer *>())
+            QVERIFY(target->buffer().isEmpty());
+        QCOMPARE(job->findChildren<QBuffer *>().size(), 2);
     }
 
     void installs()
