@@ -39,7 +39,7 @@ bool isSignedBy(const PublicKey &key, const unsigned char *signature, const QByt
 constexpr qint64 largestStatement = std::numeric_limits<int>::max() - 1024;
 constexpr int largestFrame = 64; // around the parts of a statement, and around the digits of a file
 
-/** The bytes of a statement in which no text has to be escaped; texts that are \a package's own. */
+/** The bytes of a statement in which no text has to be escaped, as it usually is. */
 qint64 usualSize(const PackageEntry &package, const Utf8String &type)
 {
     qint64 size = package.manifest.length + type.length + largestFrame;

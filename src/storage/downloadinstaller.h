@@ -24,7 +24,7 @@ class FileStore;
  *
  * A subclass tells the files and makes the requests in its constructor: addFile() for each file, download()
  * for those that the store lacks, at the end start(). All downloads run at once, each into memory; how many
- * transfers run together is up to the access manager.
+ * transfers run together is up to the access manager. A body that is not the file is let go of as it ends.
  *
  * Threads and ownership: as PackageInstaller; the commits, with their hashing and writing, run on the thread
  * of the installer.
