@@ -22,6 +22,9 @@ struct Answer
 QUrl askMainThread(const std::function<QUrl()> &question)
 {
     QCoreApplication *application = QCoreApplication::instance();
+    // An application that is going has no instance any more, while it waits for its workers.
+    if (!application && QCoreApplication::closingDown())
+        return QUrl();
     if (!application || application->thread() == QThread::currentThread())
         return question();
     const auto answer = QSharedPointer<Answer>::create();

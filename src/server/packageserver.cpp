@@ -109,12 +109,14 @@ void PackageServerPrivate::loadNewLedger(const QByteArray &data, const QByteArra
 void PackageServerPrivate::swapLedger()
 {
     const QSharedPointer<PackageLedger> loaded = watcher->result();
+    const QPointer<PackageServer> polledServer = polled ? q : nullptr;
     if (loaded->valid) {
         ledger = loaded;
         Q_EMIT q->updateRequired();
     }
-    if (polled)
-        Q_EMIT q->pollFinished(loaded->valid ? PackageServer::LedgerUpdated : PackageServer::LedgerRejected);
+    if (polledServer)
+        Q_EMIT polledServer->pollFinished(loaded->valid ? PackageServer::LedgerUpdated
+                                                        : PackageServer::LedgerRejected);
 }
 
 void PackageServerPrivate::noteSuccess()
@@ -149,10 +151,10 @@ PackageServer::PackageServer(Service *service, QObject *parent)
     if (!service)
         return;
     d->loadPersistedLedger();
-    service->enable();
-    connect(service, &Service::statusChanged, this, &PackageServer::processServiceStatusChange);
-    if (service->status() == Service::Ready)
-        d->updateLedger();
+    service->enable(); // who hears of that may delete the service
+    if (d->service)
+        connect(service, &Service::statusChanged, this, &PackageServer::processServiceStatusChange);
+    d->updateLedger();
     startTimer(tickInterval, Qt::CoarseTimer);
     connect(d->watcher, &LedgerWatcher::finished, this, [this] { d->swapLedger(); });
 }

@@ -255,6 +255,13 @@ private Q_SLOTS:
         QVERIFY(pollIsUnderWay());
         QTRY_VERIFY(!pollIsUnderWay());
         verifying.reset();
+        Source told(http.service.data());
+        connect(told.server.data(), &PackageSource::updateRequired, this, [&] { told.server.reset(); });
+        QTRY_VERIFY(!told.server);
+        QVERIFY(told.polls.isEmpty());
+        auto *account = new ts::account::Service(http.url(), http.uuid);
+        connect(account, &ts::account::Service::statusChanged, this, [account] { delete account; });
+        QVERIFY(!PackageServer(account).isValid());
 
         Source source(http.service.data());
         http.service.reset();
