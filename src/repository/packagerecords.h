@@ -9,7 +9,8 @@
 namespace ts::pm {
 
 // The records in which a PackageAccessor tells what its source holds. Plain values that own their strings.
-// A record that could not be read is in its default state, or has an id only; the index drops it.
+// A record that could not be read is in its default state, or has an id only. The index drops what has no id,
+// keywords without a type, and links without both ends.
 
 struct PackageInfo
 {
