@@ -19,6 +19,12 @@ namespace ts::pm {
 
 namespace {
 
+// The count may wrap around.
+bool isOlder(const TranslatedManifest &manifest, quint32 generation)
+{
+    return qint32(manifest.generation - generation) < 0;
+}
+
 /** Collects the keywords that a walk along outgoing links reaches, each once for each way to go on from it.
  */
 class KeywordCollector
@@ -113,19 +119,22 @@ QString PackageNode::sortString() const
 }
 
 // Readers take no lock. What they may still look at is retired, not deleted, when a newer one takes its
-// place.
+// place. Only one of an older generation is replaced, so that whoever asks after a change of the language
+// gets the new one, even if a reader that began before the change ends in between.
 const TranslatedManifest *PackageNode::translatedManifest() const
 {
     PackageIndexPrivate &shared = *packageIndex()->d;
     const quint32 generation = shared.manifestGeneration.load(std::memory_order_acquire);
     TranslatedManifest *known = manifestCache.load(std::memory_order_acquire);
-    if (known && known->generation == generation)
+    if (known && !isOlder(*known, generation))
         return known;
     const PackageAccessor *accessor = packageIndex()->accessor(sourceIndex);
     auto fresh =
         std::make_unique<TranslatedManifest>(accessor->packageManifest(packageIndexInSource), generation);
-    if (!manifestCache.compare_exchange_strong(known, fresh.get(), std::memory_order_acq_rel))
-        return known; // another thread was faster
+    while (!manifestCache.compare_exchange_weak(known, fresh.get(), std::memory_order_acq_rel)) {
+        if (known && !isOlder(*known, generation))
+            return known; // another thread was faster
+    }
     if (known)
         shared.retire(known);
     return fresh.release();

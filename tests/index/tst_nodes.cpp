@@ -9,6 +9,7 @@
 #include <QTranslator>
 #include <QtTest>
 
+#include <future>
 #include <thread>
 
 using namespace ts::pm;
@@ -287,6 +288,40 @@ private Q_SLOTS:
         for (std::thread &reader : readers)
             reader.join();
         QCOMPARE(wrong.load(), 0);
+    }
+
+    // One reader begins before the language changes and ends after another one, who asks later, has begun.
+    void manifestsAreOfTheGenerationAskedFor()
+    {
+        FakeTranslator translator;
+        QSemaphore begun;
+        QSemaphore late;
+        std::future<QJsonValue> early;
+        MemorySource source;
+        source.catalogue = graph("p"_s);
+        source.catalogue.manifests["p"_s] = {{"bird"_s, "id:owl"_s}};
+        source.listener = [&, main = QThread::currentThread()](const char *call) {
+            if (qstrcmp(call, "manifest") != 0)
+                return;
+            if (QThread::currentThread() != main) {
+                begun.release();
+                late.acquire();
+                return;
+            }
+            late.release();
+            early.wait();
+            translator.language = "en"_s;
+        };
+        const auto index = QSharedPointer<PackageIndex>::create();
+        index->addSource(&source);
+        index->build();
+        const auto read = [node = package(index, "p"_s)] { return node->readManifest("bird"_s); };
+        early = std::async(std::launch::async, read);
+        begun.acquire();
+        index->invalidateManifests();
+        QCOMPARE(read(), "owl -1 in en"_s);
+        QCOMPARE(early.get(), "owl -1 in de"_s);
+        QCOMPARE(read(), "owl -1 in en"_s);
     }
 
     // Each link makes one job; a package that has one already is not walked into again.
