@@ -45,9 +45,11 @@ PackageMatcherGroupPrivate::PackageMatcherGroupPrivate(PackageMatcherGroup *q)
 
 void PackageMatcherGroupPrivate::addMatcher(PackageMatcher *matcher)
 {
-    if (!matcher || matchers.contains(matcher))
+    if (!matcher || matchers.contains(matcher) || isHeardBy(matcher))
         return;
     matchers.append(matcher);
+    heard.removeAll(nullptr);
+    heard.append(matcher);
     QObject::connect(matcher, &PackageMatcher::updateRequested, q, &PackageMatcher::updateRequested);
     queueNotification();
 }
@@ -56,6 +58,7 @@ void PackageMatcherGroupPrivate::removeMatcher(PackageMatcher *matcher)
 {
     if (!matcher || !matchers.removeOne(matcher))
         return;
+    heard.removeAll(matcher);
     matcher->disconnect(q);
     queueNotification();
 }
@@ -87,6 +90,21 @@ void PackageMatcherGroupPrivate::queueNotification()
     QMetaObject::invokeMethod(q, "notifyMatcherChange", Qt::QueuedConnection);
 }
 
+// Directly or through other groups, or because it is this one.
+bool PackageMatcherGroupPrivate::isHeardBy(PackageMatcher *matcher) const
+{
+    QVector<PackageMatcher *> reached{matcher};
+    for (int i = 0; i < reached.size() && reached.at(i) != q; ++i) {
+        const auto *group = qobject_cast<PackageMatcherGroup *>(reached.at(i));
+        const auto inside = group ? group->d->heard : QList<QPointer<PackageMatcher>>();
+        for (PackageMatcher *next : inside) {
+            if (!reached.contains(next))
+                reached.append(next);
+        }
+    }
+    return reached.contains(q);
+}
+
 PackageMatcherGroup::PackageMatcherGroup(QObject *parent)
     : PackageMatcher(parent)
     , d(new PackageMatcherGroupPrivate(this))
@@ -105,8 +123,10 @@ void PackageMatcherGroup::setMatchRequirement(MatchRequirement requirement)
     if (d->requirement == requirement)
         return;
     d->requirement = requirement;
+    const QPointer<PackageMatcherGroup> group(this);
     Q_EMIT matchRequirementChanged();
-    Q_EMIT updateRequested();
+    if (group)
+        Q_EMIT updateRequested();
 }
 
 QQmlListProperty<PackageMatcher> PackageMatcherGroup::matchers()
@@ -128,7 +148,9 @@ void PackageMatcherGroup::removeMatcher(PackageMatcher *matcher)
 std::function<bool(PackageNode *)> PackageMatcherGroup::matchFunction() const
 {
     QVector<MatchFunction> functions;
-    for (const QPointer<PackageMatcher> &matcher : qAsConst(d->matchers)) {
+    const bool takenByAll = d->requirement == MatchAll;
+    const auto matchers = d->matchers; // members may take others out, and destroy them or the group
+    for (const QPointer<PackageMatcher> &matcher : matchers) {
         if (MatchFunction function = matcher ? matcher->matchFunction() : MatchFunction())
             functions.append(function);
     }
@@ -137,7 +159,7 @@ std::function<bool(PackageNode *)> PackageMatcherGroup::matchFunction() const
     const auto takes = [](PackageNode *node) {
         return [node](const MatchFunction &function) { return function(node); };
     };
-    if (d->requirement == MatchAll) {
+    if (takenByAll) {
         return [functions, takes](PackageNode *node) {
             return std::all_of(functions.begin(), functions.end(), takes(node));
         };
@@ -150,8 +172,10 @@ std::function<bool(PackageNode *)> PackageMatcherGroup::matchFunction() const
 void PackageMatcherGroup::notifyMatcherChange()
 {
     d->notifyPending = false;
+    const QPointer<PackageMatcherGroup> group(this);
     Q_EMIT matchersChanged();
-    Q_EMIT updateRequested();
+    if (group)
+        Q_EMIT updateRequested();
 }
 
 } // namespace ts::pm

@@ -11,7 +11,7 @@ class PackageMatcherGroupPrivate;
 
 /**
  * Joins matchers. Members that restrict nothing are left out, whatever the requirement; a group without a
- * restricting member restricts nothing. Groups nest.
+ * restricting member restricts nothing. Groups nest, but not in a circle.
  *
  * Ownership: members are not owned.
  * Signals: any number of changes of membership in one pass of the event loop give one matchersChanged() and
@@ -42,7 +42,10 @@ public:
 
     QQmlListProperty<PackageMatcher> matchers();
 
-    /** Adds \a matcher at the end; one that is a member already changes nothing. */
+    /**
+     * Adds \a matcher at the end; one that is a member already changes nothing. Neither does one that would
+     * close a circle: the group itself, or a group that passes on its updates, directly or through others.
+     */
     Q_INVOKABLE void addMatcher(ts::pm::PackageMatcher *matcher);
 
     /** Takes \a matcher out; one that is no member changes nothing. */

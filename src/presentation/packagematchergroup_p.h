@@ -19,10 +19,12 @@ public:
     void clearMatchers();
 
     void queueNotification();
+    bool isHeardBy(PackageMatcher *matcher) const;
 
     PackageMatcherGroup *const q;
     bool notifyPending = false;
     QList<QPointer<PackageMatcher>> matchers; // not owned
+    QList<QPointer<PackageMatcher>> heard;    // whose updates come out here: members, and those once cleared
     PackageMatcherGroup::MatchRequirement requirement = PackageMatcherGroup::MatchAll;
 };
 

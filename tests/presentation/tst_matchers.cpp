@@ -16,6 +16,18 @@ using namespace ts::pm::test;
 
 namespace {
 
+/** Restricts nothing, and does something of its own when it is asked. */
+struct BusyMatcher : PackageMatcher
+{
+    std::function<bool(PackageNode *)> matchFunction() const override
+    {
+        act();
+        return {};
+    }
+
+    std::function<void()> act = [] {};
+};
+
 /** Some plants, and matchers for them. */
 class Garden : public Stage
 {
@@ -83,6 +95,7 @@ class tst_Matchers : public QObject
 private Q_SLOTS:
     void matchers();
     void membershipChangesAreTold();
+    void groupsOutliveTheirMembers();
     void functionsOutliveMatchersOnAnyThread();
     void sorters();
 };
@@ -144,6 +157,31 @@ void tst_Matchers::membershipChangesAreTold()
     };
     QCOMPARE(perform(play, verbs, effects), play);
     QVERIFY(!group.matchFunction()); // its one member is gone
+}
+
+void tst_Matchers::groupsOutliveTheirMembers()
+{
+    PackageMatcherGroup groups[3];
+    groups[0].addMatcher(&groups[1]);
+    groups[1].addMatcher(&groups[2]);
+    for (PackageMatcherGroup &group : groups)
+        groups[2].addMatcher(&group); // would close a circle
+    QVERIFY(!groups[0].matchFunction());
+    QQmlListProperty<PackageMatcher> list = groups[0].matchers();
+    list.clear(&list);
+    groups[1].addMatcher(&groups[0]); // goes on asking for updates through it
+    QSignalSpy updates(&groups[0], &PackageMatcher::updateRequested);
+    groups[2].setMatchRequirement(PackageMatcherGroup::MatchAny);
+    QCOMPARE(updates.count(), 1);
+
+    auto group = std::make_unique<PackageMatcherGroup>();
+    BusyMatcher members[2];
+    for (BusyMatcher &member : members) {
+        group->addMatcher(&member);
+        member.act = [&group] { group.reset(); };
+    }
+    group->matchFunction();
+    QVERIFY(!group);
 }
 
 void tst_Matchers::functionsOutliveMatchersOnAnyThread()
