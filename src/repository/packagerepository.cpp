@@ -6,10 +6,12 @@
 #include "presentation/packagereference.h"
 #include "repository/packagesource.h"
 
+#include <QPointer>
 #include <QThreadPool>
 #include <QtConcurrentRun>
 
 #include <algorithm>
+#include <memory>
 
 namespace ts::pm {
 
@@ -42,6 +44,20 @@ void PackageRepositoryPrivate::retire()
         references.remove(reference->id());
         delete reference;
     }
+}
+
+// A source that is called may take out, and destroy, any other one, or the repository: false in that case.
+bool PackageRepositoryPrivate::forEachSource(const std::function<void(PackageSource *)> &call)
+{
+    const QPointer<PackageRepository> repository(q);
+    const QList<PackageSource *> present = sources;
+    for (PackageSource *source : present) {
+        if (sources.contains(source))
+            call(source);
+        if (!repository)
+            return false;
+    }
+    return true;
 }
 
 PackageRepository::PackageRepository(SourcePersistencePolicy policy, QObject *parent)
@@ -101,9 +117,7 @@ QSharedPointer<PackageIndex> PackageRepository::packageIndex() const
 
 void PackageRepository::persistSources()
 {
-    const QList<PackageSource *> sources = d->sources;
-    for (PackageSource *source : sources)
-        source->persist();
+    d->forEachSource(&PackageSource::persist);
 }
 
 void PackageRepository::scheduleUpdate()
@@ -119,8 +133,8 @@ void PackageRepository::update()
 {
     d->updateScheduled = false;
     const auto index = QSharedPointer<PackageIndex>::create();
-    for (PackageSource *source : qAsConst(d->sources))
-        index->addSource(source);
+    if (!d->forEachSource([&index](PackageSource *source) { index->addSource(source); }))
+        return;
     // Replaces the future of a build that is still running: it ends unseen.
     d->watcher->setFuture(QtConcurrent::run(QThreadPool::globalInstance(), [index] {
         index->build();
@@ -131,18 +145,20 @@ void PackageRepository::update()
 void PackageRepository::finishUpdate()
 {
     d->index = d->watcher->result();
-    if (d->policy == PersistAfterUpdate)
-        persistSources();
+    if (d->policy == PersistAfterUpdate && !d->forEachSource(&PackageSource::persist))
+        return;
     Q_EMIT packageIndexChanged();
 }
 
+// Sources may ask for packages, and a reference to one that is missing comes back here.
 void PackageRepository::scheduleSourceUpdate()
 {
-    if (!d->sourceUpdateDeadline.hasExpired())
+    if (d->updatingSources || !d->sourceUpdateDeadline.hasExpired())
         return;
-    const QList<PackageSource *> sources = d->sources;
-    for (PackageSource *source : sources)
-        source->update();
+    d->updatingSources = true;
+    if (!d->forEachSource(&PackageSource::update))
+        return;
+    d->updatingSources = false;
     d->sourceUpdateDeadline.setRemainingTime(sourceUpdateInterval, Qt::CoarseTimer);
 }
 
@@ -152,9 +168,12 @@ PackageReference *PackageRepository::packageReference(const QString &id)
         return nullptr;
     if (PackageReference *known = d->references.value(id))
         return known;
-    auto *reference = new PackageReference(id, this);
-    d->references.insert(id, reference);
-    return reference;
+    auto reference = std::unique_ptr<PackageReference>(new PackageReference(id, this));
+    // What it has called meanwhile, a source or an installer, may have asked for the same package.
+    QPointer<PackageReference> &known = d->references[id];
+    if (!known)
+        known = reference.release();
+    return known;
 }
 
 } // namespace ts::pm

@@ -5,6 +5,9 @@
 #include <QDeadlineTimer>
 #include <QFutureWatcher>
 #include <QHash>
+#include <QPointer>
+
+#include <functional>
 
 namespace ts::pm {
 
@@ -15,6 +18,7 @@ public:
     PackageRepositoryPrivate(PackageRepository *q, PackageRepository::SourcePersistencePolicy policy);
 
     void retire();
+    bool forEachSource(const std::function<void(PackageSource *)> &call);
     void trackTranslation(const QString &id);
     void loadTranslation(PackageReference *reference);
     void notifyPendingTranslations();
@@ -26,8 +30,9 @@ public:
     bool updateScheduled = false;
     const PackageRepository::SourcePersistencePolicy policy;
     QDeadlineTimer sourceUpdateDeadline{0, Qt::CoarseTimer};
+    bool updatingSources = false;
 
-    QHash<QString, PackageReference *> references; // every one ever handed out; children of q
+    QHash<QString, QPointer<PackageReference>> references; // every one ever handed out; children of q
     bool translationNotifyPending = false;
     QHash<QString, PackageReference *> translationReferences;
 };

@@ -109,8 +109,11 @@ void PackageRepository::loadTranslations()
         return;
     const PackageList packages =
         PackageIndex::selectPackages(d->index, QStringLiteral("translation"), {}, {});
-    for (const PackageNode *package : packages)
-        d->trackTranslation(package->id().toString());
+    const QPointer<PackageRepository> repository(this); // listeners may destroy it
+    for (const PackageNode *package : packages) {
+        if (repository)
+            d->trackTranslation(package->id().toString());
+    }
 }
 
 void PackageRepositoryPrivate::trackTranslation(const QString &id)
@@ -153,10 +156,15 @@ void PackageRepository::notifyTranslationUpdate()
     if (!d->index)
         return;
     d->index->invalidateManifests();
-    const QHash<QString, PackageReference *> references = d->references; // listeners may ask for new ones
-    for (PackageReference *reference : references)
-        Q_EMIT reference->translationsChanged();
-    Q_EMIT translationsChanged();
+    // Listeners may ask for new references, and destroy any, or the repository.
+    const QPointer<PackageRepository> repository(this);
+    const auto references = d->references;
+    for (const QPointer<PackageReference> &reference : references) {
+        if (reference)
+            Q_EMIT reference->translationsChanged();
+    }
+    if (repository)
+        Q_EMIT translationsChanged();
 }
 
 } // namespace ts::pm

@@ -65,6 +65,22 @@ struct LanguageListener : QObject
     QString heard;
 };
 
+/** Does something of its own whenever the repository calls. */
+struct BusySource : MemorySource
+{
+    using MemorySource::MemorySource;
+
+    PackageAccessor *getAccessor() const override
+    {
+        act();
+        return MemorySource::getAccessor();
+    }
+    void persist() override { act(); }
+    void update() override { act(); }
+
+    std::function<void()> act = [] {};
+};
+
 } // namespace
 
 class tst_PackageRepository : public QObject
@@ -276,6 +292,64 @@ private Q_SLOTS:
             QCoreApplication::processEvents();
             QCOMPARE(language.heard, "p"_s);
             QCOMPARE(repository->findChildren<QTranslator *>().size(), play.startsWith("other"_s) ? 0 : 1);
+        }
+    }
+
+    // The first source that is called destroys the next one and asks for a package that is not there, which
+    // asks all sources for news. Or it destroys the repository.
+    void outlivesWhatSourcesDo()
+    {
+        const auto refer = [](PackageRepository *repository) { repository->packageReference("p"_s); };
+        const std::pair<std::function<void(PackageRepository *)>, int> calls[] = {
+            {&PackageRepository::persistSources, 2},
+            {&PackageRepository::update, 2},
+            {&PackageRepository::scheduleSourceUpdate, 1},
+            {refer, 1}};
+        for (int i = 0; i < 7; ++i) {
+            auto repository = std::make_unique<PackageRepository>(PackageRepository::PersistOnRequest);
+            auto second = std::make_unique<BusySource>(1);
+            BusySource first(0);
+            BusySource last(2);
+            for (BusySource *source : {&first, second.get(), &last})
+                repository->addSource(source);
+            PackageReference *reference = nullptr;
+            first.act = [&] {
+                second.reset();
+                if (i < 4)
+                    reference = repository->packageReference("p"_s);
+                else
+                    repository.reset();
+            };
+            int reached = 0;
+            last.act = [&reached] { ++reached; };
+            calls[i % 4].first(repository.get());
+            QCOMPARE(reached, i < 4 ? calls[i].second : 0);
+            if (!repository)
+                continue;
+            QCOMPARE(repository->findChildren<PackageReference *>(), {reference});
+            QCOMPARE(repository->packageReference("p"_s), reference);
+        }
+    }
+
+    void outlivesWhatListenersDestroy()
+    {
+        for (const bool all : {false, true}) {
+            auto provider = std::make_unique<TestProvider>();
+            QVERIFY(provider->rebuild());
+            PackageRepository *const repository = provider->packageRepository();
+            QSignalSpy translated(repository, &PackageRepository::translationsChanged);
+            for (const auto &[id, other] : {std::pair("p"_s, "q"_s), std::pair("q"_s, "p"_s)})
+                connect(provider->packageReference(id), &PackageReference::translationsChanged, this,
+                        [&provider, all, other = other] {
+                            if (all)
+                                provider.reset();
+                            else
+                                delete provider->packageReference(other);
+                        });
+            repository->notifyTranslationUpdate();
+            QCOMPARE(translated.count(), all ? 0 : 1);
+            for (const QString &id : {"p"_s, "q"_s})
+                QVERIFY(all || provider->packageReference(id)->id() == id);
         }
     }
 };
