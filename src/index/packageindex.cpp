@@ -10,6 +10,7 @@
 #include "repository/packagesource.h"
 
 #include <QCoreApplication>
+#include <QMutex>
 #include <QThread>
 
 #include <algorithm>
@@ -33,13 +34,33 @@ void destroyFromLastToFirst(Accessors &accessors)
         accessors.pop_back();
 }
 
-// Sources make accessors on their own thread, where they may have to sign off from other objects. The last
-// share of an index may go on a worker thread.
-void destroyOnMainThread(Accessors &accessors)
+QThread *threadOfApplication(QThread *withoutOne)
 {
-    QCoreApplication *application = QCoreApplication::instance();
-    if (!application || application->thread() == QThread::currentThread()) {
+    const QCoreApplication *application = QCoreApplication::instance();
+    return application ? application->thread() : withoutOne;
+}
+
+// Held in memory without ever being destroyed.
+void leaveAlone(Accessors &accessors)
+{
+    static QMutex mutex;
+    static auto *const leftAlone = new std::vector<Accessors>;
+    const QMutexLocker locker(&mutex);
+    leftAlone->push_back(std::move(accessors));
+}
+
+// Sources make accessors on their own thread, where they may have to sign off from other objects. The last
+// share of an index may go on a worker thread. An application that goes waits for its workers, and its thread
+// runs nothing for them any more. To sign off on a worker could crash, so that nobody does then.
+void destroyOnMainThread(Accessors &accessors, QThread *mainThread)
+{
+    if (QThread::currentThread() == threadOfApplication(mainThread)) {
         destroyFromLastToFirst(accessors);
+        return;
+    }
+    QCoreApplication *application = QCoreApplication::instance();
+    if (!application) {
+        leaveAlone(accessors);
         return;
     }
     const auto shared = std::make_shared<Accessors>(std::move(accessors));
@@ -60,6 +81,7 @@ void sortPackages(QVector<const PackageNode *> &packages, const PackageIndex::Pa
 PackageIndexPrivate::PackageIndexPrivate(PackageIndex *q)
     : q(q)
     , serial(nextSerial())
+    , mainThread(threadOfApplication(QThread::currentThread()))
 {
 }
 
@@ -74,7 +96,7 @@ PackageIndexPrivate::~PackageIndexPrivate()
         manifest = next;
     }
     installLocation = InstallLocation();
-    destroyOnMainThread(accessors);
+    destroyOnMainThread(accessors, mainThread);
 }
 
 void PackageIndexPrivate::retire(TranslatedManifest *manifest)

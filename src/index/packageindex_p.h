@@ -12,6 +12,10 @@
 #include <memory>
 #include <vector>
 
+QT_BEGIN_NAMESPACE
+class QThread;
+QT_END_NAMESPACE
+
 namespace ts::pm {
 
 struct TranslatedManifest;
@@ -43,6 +47,7 @@ private:
     Q_DISABLE_COPY(PackageIndexPrivate)
 
     std::atomic<TranslatedManifest *> retiredManifests{nullptr};
+    QThread *const mainThread; // for the time when there is no application to ask for it; only compared
 };
 
 } // namespace ts::pm

@@ -23,9 +23,10 @@ class PackageInstaller;
  * Threads: made on the repository's thread, used alone by the worker thread during the build. After that,
  * packageManifest(), packageFileUrl() and packageInstaller() come from any thread that holds the index, at
  * the same time, so an implementation keeps its data unchanged and takes no lock to read them. Destroyed on
- * the thread of the application object, whichever thread lets go of the index. Errors: none. What cannot be
- * read comes back as a record in its default state, an unreadable source has no packages, keywords and links.
- * An accessor does not throw.
+ * the thread of the application object, whichever thread lets go of the index; never, if a worker does while
+ * that object goes.
+ * Errors: none. What cannot be read comes back as a record in its default state, an unreadable source has no
+ * packages, keywords and links. An accessor does not throw.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageAccessor
 {

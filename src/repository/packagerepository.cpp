@@ -132,11 +132,14 @@ void PackageRepository::scheduleUpdate()
 void PackageRepository::update()
 {
     d->updateScheduled = false;
+    QThreadPool *pool = QThreadPool::globalInstance();
+    if (!pool) // it goes with the application
+        return;
     const auto index = QSharedPointer<PackageIndex>::create();
     if (!d->forEachSource([&index](PackageSource *source) { index->addSource(source); }))
         return;
     // Replaces the future of a build that is still running: it ends unseen.
-    d->watcher->setFuture(QtConcurrent::run(QThreadPool::globalInstance(), [index] {
+    d->watcher->setFuture(QtConcurrent::run(pool, [index] {
         index->build();
         return index;
     }));

@@ -87,6 +87,9 @@ class tst_PackageRepository : public QObject
 {
     Q_OBJECT
 
+public:
+    std::unique_ptr<QCoreApplication> application;
+
 private Q_SLOTS:
     void initTestCase() { QThreadPool::globalInstance()->setMaxThreadCount(8); } // some wait at a gate
     void cleanup() { QCOMPARE(qtTrId("greeting"), "greeting"_s); } // translators go with their repository
@@ -352,7 +355,39 @@ private Q_SLOTS:
                 QVERIFY(all || provider->packageReference(id)->id() == id);
         }
     }
+
+    // A job holds the last share of an index when the application goes, and waits for it.
+    void outlivesTheApplication()
+    {
+        BusySource source;
+        int gone = 0;
+        source.listener = [&gone](const char *call) { gone += int(qstrcmp(call, "gone") == 0); };
+        const auto makeIndex = [&source] {
+            const auto index = QSharedPointer<PackageIndex>::create();
+            index->addSource(&source);
+            return index;
+        };
+        PackageRepository repository(PackageRepository::PersistOnRequest);
+        auto own = makeIndex();
+        QThreadPool::globalInstance()->start([index = makeIndex()] {
+            while (!QCoreApplication::closingDown())
+                QThread::yieldCurrentThread();
+        });
+        application.reset();
+        QCOMPARE(gone, 0); // the job is not on the thread of the source
+        own.reset();
+        QCOMPARE(gone, 1);
+        repository.addSource(&source);
+        repository.update(); // there is no thread pool
+        QVERIFY(!repository.packageIndex());
+    }
 };
 
-QTEST_GUILESS_MAIN(tst_PackageRepository)
+int main(int argc, char **argv)
+{
+    tst_PackageRepository test;
+    test.application = std::make_unique<QCoreApplication>(argc, argv);
+    return QTest::qExec(&test, argc, argv);
+}
+
 #include "tst_packagerepository.moc"
