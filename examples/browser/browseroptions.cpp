@@ -1,5 +1,6 @@
 #include "browseroptions.h"
 
+#include "browserpaths.h"
 #include "latin1.h"
 
 #include <QCommandLineParser>
@@ -143,11 +144,11 @@ QString findServerError(const QCommandLineParser &parser, const BrowserOptions &
 {
     for (const ServerOption &server : options.servers) {
         if (!isHttp(server.url))
-            return QStringLiteral("'%1' is no URL of a server.").arg(server.url.toString());
+            return QStringLiteral("'%1' is no URL of a server.").arg(displayed(server.url));
     }
     for (const QUrl &database : options.databases) {
         if (!isHttp(database))
-            return QStringLiteral("'%1' is no URL of a database.").arg(database.toString());
+            return QStringLiteral("'%1' is no URL of a database.").arg(displayed(database));
     }
     for (const QLatin1String option : {tokenOption, userOption, passwordOption}) {
         if (parser.values(option).size() > options.servers.size())

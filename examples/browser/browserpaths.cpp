@@ -40,4 +40,9 @@ QStringList qmlImportPaths()
             besideExecutable(QStringLiteral(TAMSEL_BUILT_QML))};
 }
 
+QString displayed(const QUrl &url)
+{
+    return url.toDisplayString(QUrl::RemoveUserInfo);
+}
+
 } // namespace browser

@@ -75,6 +75,11 @@ void BrowserSession::setDatabases(const QVariantList &databases)
     Q_EMIT databasesChanged();
 }
 
+QString BrowserSession::displayed(const QUrl &url) const
+{
+    return browser::displayed(url);
+}
+
 void BrowserSession::setTheme(const QString &theme)
 {
     if (chosenTheme == theme)

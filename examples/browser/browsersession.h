@@ -3,6 +3,7 @@
 #include <QObject>
 #include <QSize>
 #include <QStringList>
+#include <QUrl>
 #include <QVariantList>
 
 namespace browser {
@@ -50,6 +51,9 @@ public:
 
     QSize windowSize() const { return firstSize; }
     bool isAnimated() const { return !forPictures; }
+
+    /** How a view names the place \a url: without user and password. */
+    Q_INVOKABLE QString displayed(const QUrl &url) const;
 
 Q_SIGNALS:
     void directoriesChanged();

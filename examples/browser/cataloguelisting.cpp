@@ -91,7 +91,7 @@ bool waitForAnswer(const PackageServer &server)
     QTimer::singleShot(timeLimit, &loop, &QEventLoop::quit);
     loop.exec();
     if (!trouble.isEmpty())
-        printError(trouble.arg(server.service()->baseUrl().toString()));
+        printError(trouble.arg(displayed(server.service()->baseUrl())));
     return trouble.isEmpty();
 }
 
@@ -114,7 +114,7 @@ bool waitForAnswer(CouchDBPackageSource &database, const QUrl &url)
     QTimer::singleShot(timeLimit, &loop, &QEventLoop::quit);
     loop.exec();
     if (!answered)
-        printError(QStringLiteral("The database '%1' cannot be read.").arg(url.toDisplayString()));
+        printError(QStringLiteral("The database '%1' cannot be read.").arg(displayed(url)));
     return answered;
 }
 

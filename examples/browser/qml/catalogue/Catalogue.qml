@@ -106,7 +106,7 @@ QtObject {
         for (var i = 0; i < provider.sources.length; ++i) {
             var source = provider.sources[i];
             if (source instanceof PackageServerSource && source.status === status)
-                urls.push(source.url.toString());
+                urls.push(Session.displayed(source.url));
         }
         return urls;
     }

@@ -70,8 +70,8 @@ Message {
         case "untrusted":
             return catalogue.untrustedServers.join("\n");
         case "empty":
-            return Session.directories.concat(Session.servers.map(server => server.url.toString()),
-                                              Session.databases.map(url => url.toString())).join("\n");
+            return Session.directories.concat(Session.servers.map(server => Session.displayed(server.url)),
+                                              Session.databases.map(url => Session.displayed(url))).join("\n");
         default:
             return "";
         }
