@@ -116,10 +116,14 @@ void PackageDetails::setPackageReference(PackageReference *packageReference)
     handleUpdate();
 }
 
-// Another version may have another picture under the same name.
+// Another version may have another picture under the same name, which is only read if the views let go of the
+// one before.
 void PackageDetails::handleUpdate()
 {
-    pictureUrl.clear();
+    if (!pictureUrl.isEmpty()) {
+        pictureUrl.clear();
+        Q_EMIT detailsChanged();
+    }
     refresh();
 }
 

@@ -182,12 +182,12 @@ bool ScreenshotRunner::drawDetails(ts::pm::PackageRepository &repository, const 
                 [this] { return number("openStatus") == ts::pm::PackageReference::Installed; });
 }
 
-// As long as the result exists, another image of that size and fill mode has the picture at once.
+// As long as the result exists, another image of that size has the picture at once.
 std::unique_ptr<QObject> ScreenshotRunner::readInstalledPicture(const ts::pm::PackageReference &reference)
 {
     QThreadPool::globalInstance()->waitForDone(); // now the file is where the page will look for it
     QQmlComponent component(qmlEngine(&window));
-    component.setData("import QtQuick 2.15\nImage { fillMode: Image.PreserveAspectCrop }", QUrl());
+    component.setData("import QtQuick 2.15\nImage {}", QUrl());
     std::unique_ptr<QObject> image(component.create());
     image->setProperty("sourceSize", property("largePictureSize"));
     image->setProperty("source",
