@@ -18,7 +18,7 @@ Popup {
 
     padding: 4
     focus: false
-    closePolicy: Popup.NoAutoClose
+    closePolicy: Popup.CloseOnPressOutsideParent
     implicitHeight: Math.min(words.contentHeight, 8 * Theme.controlHeight) + topPadding + bottomPadding
 
     onDueChanged: {
@@ -30,6 +30,11 @@ Popup {
     onWantedChanged: {
         if (!wanted)
             dismissed = false;
+    }
+    // Not by what it is due for: a click beside the field.
+    onAboutToHide: {
+        if (due)
+            dismissed = true;
     }
     enter: Transition {}
     exit: Transition {}
@@ -65,7 +70,7 @@ Popup {
 
             contentItem: Text {
                 leftPadding: 8
-                text: model.displayString
+                text: popup.marked(model.suggestion)
                 textFormat: Text.StyledText
                 font.pixelSize: Theme.body
                 color: Theme.text
@@ -87,6 +92,20 @@ Popup {
             return;
         var next = words.currentIndex + step;
         words.currentIndex = next < -1 ? words.count - 1 : (next >= words.count ? -1 : next);
+    }
+
+    // With every occurrence of what is typed in bold. Marks go in before anything is escaped: an "a" is to be
+    // found in "Flora & Fauna", but not in "&amp;".
+    function marked(word) {
+        var typed = model.searchString.replace(/[.*+?^${}()|[\]\\]/g, "\\$&");
+        if (typed === "")
+            return escaped(word);
+        var pieces = word.split(new RegExp("(" + typed + ")", "i")).map(escaped);
+        return pieces.map((piece, i) => i % 2 === 1 ? "<b>" + piece + "</b>" : piece).join("");
+    }
+
+    function escaped(text) {
+        return text.replace(/&/g, "&amp;").replace(/</g, "&lt;").replace(/>/g, "&gt;");
     }
 
     function currentWord() {
