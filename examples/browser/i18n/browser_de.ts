@@ -162,11 +162,11 @@
     </message>
     <message id="browser-connecting-title">
         <source></source>
-        <translation>Der Paketserver wird gefragt</translation>
+        <translation>Pakete werden abgefragt</translation>
     </message>
     <message id="browser-connecting-text">
         <source></source>
-        <translation>Sobald er antwortet, erscheinen hier seine Pakete.</translation>
+        <translation>Sie erscheinen hier, sobald eine Antwort da ist.</translation>
     </message>
     <message id="browser-empty-title">
         <source></source>
@@ -175,6 +175,24 @@
     <message id="browser-empty-text">
         <source></source>
         <translation>Ein Katalog hat einen Ordner namens packages mit einer Datei manifest.json je Paket. Nichts davon war hier zu finden:</translation>
+    </message>
+    <message id="browser-empty-server-text" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Dieser Paketserver antwortet, hat aber keine Pakete:</numerusform>
+            <numerusform>Diese Paketserver antworten, haben aber keine Pakete:</numerusform>
+        </translation>
+    </message>
+    <message id="browser-empty-database-text" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>Diese Datenbank hat keine Pakete oder ist nicht lesbar. Sie wird immer wieder gefragt:</numerusform>
+            <numerusform>Diese Datenbanken haben keine Pakete oder sind nicht lesbar. Sie werden immer wieder gefragt:</numerusform>
+        </translation>
+    </message>
+    <message id="browser-empty-places-text">
+        <source></source>
+        <translation>An keinem dieser Orte gibt es zur Zeit Pakete zu zeigen:</translation>
     </message>
     <message id="browser-no-hits-title">
         <source></source>
@@ -241,7 +259,7 @@
     </message>
     <message id="browser-status-unopened">
         <source></source>
-        <translation>Nicht installiert</translation>
+        <translation>Noch nicht geöffnet</translation>
     </message>
     <message id="browser-hint-incomplete">
         <source></source>

@@ -162,11 +162,11 @@
     </message>
     <message id="browser-connecting-title">
         <source></source>
-        <translation>Asking the package server</translation>
+        <translation>Asking for packages</translation>
     </message>
     <message id="browser-connecting-text">
         <source></source>
-        <translation>Its packages appear here as soon as it answers.</translation>
+        <translation>They appear here as soon as there is an answer.</translation>
     </message>
     <message id="browser-empty-title">
         <source></source>
@@ -175,6 +175,24 @@
     <message id="browser-empty-text">
         <source></source>
         <translation>A catalogue has a folder named packages, with a manifest.json for each package. None was found in:</translation>
+    </message>
+    <message id="browser-empty-server-text" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>This package server answers, but has no packages:</numerusform>
+            <numerusform>These package servers answer, but have no packages:</numerusform>
+        </translation>
+    </message>
+    <message id="browser-empty-database-text" numerus="yes">
+        <source></source>
+        <translation>
+            <numerusform>This database has no packages, or cannot be read. It will be asked again:</numerusform>
+            <numerusform>These databases have no packages, or cannot be read. They will be asked again:</numerusform>
+        </translation>
+    </message>
+    <message id="browser-empty-places-text">
+        <source></source>
+        <translation>None of these places has packages to show at the moment:</translation>
     </message>
     <message id="browser-no-hits-title">
         <source></source>
@@ -241,7 +259,7 @@
     </message>
     <message id="browser-status-unopened">
         <source></source>
-        <translation>Not installed</translation>
+        <translation>Not opened yet</translation>
     </message>
     <message id="browser-hint-incomplete">
         <source></source>

@@ -23,8 +23,10 @@ Message {
         case "unreachable":
         case "untrusted":
             return "warning";
+        case "connecting":
+            return "package";
         default:
-            return "folder";
+            return Session.directories.length > 0 ? "folder" : "package";
         }
     }
     title: {
@@ -56,7 +58,7 @@ Message {
         case "connecting":
             return qsTrId("browser-connecting-text");
         case "empty":
-            return qsTrId("browser-empty-text");
+            return textOfEmptiness();
         default:
             return qsTrId("browser-no-hits-text");
         }
@@ -84,6 +86,20 @@ Message {
             catalogue.listing.clearFilters();
         else
             catalogue.lookForChanges();
+    }
+
+    // A database does not tell whether it is away or empty.
+    function textOfEmptiness() {
+        var directories = Session.directories.length;
+        var servers = Session.servers.length;
+        var databases = Session.databases.length;
+        if (servers + databases === 0)
+            return qsTrId("browser-empty-text");
+        if (directories + databases === 0)
+            return qsTrId("browser-empty-server-text", servers);
+        if (directories + servers === 0)
+            return qsTrId("browser-empty-database-text", databases);
+        return qsTrId("browser-empty-places-text");
     }
 
     function reasonOfEmptiness() {

@@ -1,5 +1,6 @@
 import QtQuick 2.15
 import Tamsel.Browser 1.0
+import Tamsel.PackageManager 1.0
 import "../controls"
 import "../theme"
 
@@ -17,12 +18,14 @@ Item {
     property int distance: Theme.gap
 
     readonly property string shownTitle: title === "" ? packageId : title
+    // Of a package that has not been opened since the start nobody knows whether it is installed.
+    readonly property bool statusKnown: status !== PackageReference.Unknown
 
     signal opened()
 
     Accessible.role: Accessible.ListItem
     Accessible.name: shownTitle
-    Accessible.description: Texts.typeName(type) + ", " + Texts.statusName(status)
+    Accessible.description: Texts.typeName(type) + (statusKnown ? ", " + Texts.statusName(status) : "")
     Accessible.focusable: true
     Accessible.onPressAction: opened()
 
@@ -88,8 +91,8 @@ Item {
 
         Text {
             anchors.left: titleText.left
-            anchors.right: statusLabel.left
-            anchors.rightMargin: Theme.gap
+            anchors.right: statusLabel.visible ? statusLabel.left : titleText.right
+            anchors.rightMargin: statusLabel.visible ? Theme.gap : 0
             anchors.verticalCenter: statusLabel.verticalCenter
             text: Texts.typeName(card.type)
             textFormat: Text.PlainText
@@ -104,6 +107,7 @@ Item {
             anchors.right: titleText.right
             anchors.bottom: parent.bottom
             anchors.bottomMargin: Theme.gap + 4
+            visible: card.statusKnown
             status: card.status
         }
 
