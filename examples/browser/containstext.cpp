@@ -32,7 +32,8 @@ std::function<bool(ts::pm::PackageNode *)> ContainsText::matchFunction() const
     if (field.isEmpty() || text.isEmpty())
         return {};
     return [name = field, typed = text](ts::pm::PackageNode *package) {
-        return package->readManifest(name).toString().contains(typed, Qt::CaseInsensitive);
+        const QString value = package->readManifest(name).toString();
+        return (value.isEmpty() ? package->id().toString() : value).contains(typed, Qt::CaseInsensitive);
     };
 }
 

@@ -8,9 +8,10 @@ namespace browser {
 
 /**
  * Takes the packages with a text in their manifest that contains what has been typed, without regard to case.
+ * The id stands in for a text that is missing or empty, as it does where the text would be shown.
  *
  * Ownership, threads: as ts::pm::PackageMatcher.
- * Errors: a value that is no text contains nothing.
+ * Errors: a value that is no text counts as missing.
  */
 class ContainsText : public ts::pm::PackageMatcher
 {

@@ -5,6 +5,7 @@
 #include <QCollator>
 #include <QHash>
 #include <QJsonValue>
+#include <QLocale>
 
 #include <memory>
 
@@ -14,6 +15,13 @@ using ts::pm::PackageNode;
 
 namespace {
 
+// A process without a language has the C locale, which puts "10" before "9".
+QLocale readersLocale()
+{
+    const QLocale locale;
+    return locale.language() == QLocale::C ? QLocale(QLocale::English) : locale;
+}
+
 // The texts of the packages of one job, each read and prepared once. A list model asks for a new sort
 // function for each job and calls it from that job's thread alone, so nothing here is locked.
 class TextOrder
@@ -21,6 +29,7 @@ class TextOrder
 public:
     explicit TextOrder(const QString &field)
         : field(field)
+        , collator(readersLocale())
     {
         collator.setCaseSensitivity(Qt::CaseInsensitive);
         collator.setNumericMode(true);
