@@ -20,6 +20,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdio>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -35,6 +36,7 @@ namespace {
 constexpr int timeLimit = 60000; // milliseconds
 constexpr int columnCount = 4;
 constexpr int columnGap = 2;
+constexpr int widestColumn = 60; // characters
 
 using Row = std::array<QString, columnCount>;
 
@@ -142,10 +144,22 @@ QString categoriesOf(const PackageNode &package)
     return names.join(QStringLiteral(", "));
 }
 
-// A table has one line for each package, whatever its texts hold.
-QString oneLine(const QString &text)
+bool isVisible(uint character)
 {
-    return text.simplified();
+    const QChar::Category category = QChar::category(character);
+    return category != QChar::Other_Control && category != QChar::Other_Format;
+}
+
+// A table has one line for each package, whatever its texts hold, and nothing in it steers the terminal.
+QString cell(const QString &text)
+{
+    QVector<uint> characters = text.simplified().toUcs4();
+    characters.erase(std::remove_if(characters.begin(), characters.end(), std::not_fn(isVisible)),
+                     characters.end());
+    const bool fits = characters.size() <= widestColumn;
+    const QString start =
+        QString::fromUcs4(characters.constData(), fits ? characters.size() : widestColumn - 1);
+    return fits ? start : start + QChar(0x2026); // an ellipsis
 }
 
 std::vector<Row> rowsOf(const ts::pm::PackageList &packages)
@@ -154,9 +168,9 @@ std::vector<Row> rowsOf(const ts::pm::PackageList &packages)
     rows.push_back({QStringLiteral("ID"), QStringLiteral("TYPE"), QStringLiteral("TITLE"),
                     QStringLiteral("CATEGORIES")});
     for (const PackageNode *package : packages) {
-        rows.push_back({package->id().toString(), package->type().toString(),
-                        oneLine(package->readManifest(QStringLiteral("title")).toString()),
-                        oneLine(categoriesOf(*package))});
+        rows.push_back({cell(package->id().toString()), cell(package->type().toString()),
+                        cell(package->readManifest(QStringLiteral("title")).toString()),
+                        cell(categoriesOf(*package))});
     }
     return rows;
 }
@@ -215,7 +229,10 @@ int listCatalogue(const BrowserOptions &options)
         printError(QStringLiteral("The catalogue could not be read in time."));
         return 1;
     }
-    if (print(rowsOf(ts::pm::PackageIndex::selectPackages(repository.packageIndex(), QString(), {}, {}))))
+    const auto packages = ts::pm::PackageIndex::selectPackages(repository.packageIndex(), QString(), {}, {});
+    if (packages.isEmpty())
+        printError(QStringLiteral("There are no packages."));
+    if (print(rowsOf(packages)))
         return 0;
     printError(QStringLiteral("The table cannot be written."));
     return 1;
