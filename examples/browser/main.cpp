@@ -165,9 +165,13 @@ int main(int argc, char *argv[])
     // Before anything is read: the language of keywords, translations and numbers follows it.
     if (!options.language.isEmpty())
         QLocale::setDefault(QLocale(options.language));
-    // The first translator, so that those of the catalogue's translation packages go before it.
-    QTranslator builtInTexts;
-    if (builtInTexts.load(QStringLiteral(":/i18n/browser_en.qm")))
-        QCoreApplication::installTranslator(&builtInTexts);
+    // The first translators, so that those of the catalogue's translation packages go before them. English is
+    // for what the language does not have.
+    QTranslator englishTexts;
+    if (englishTexts.load(QStringLiteral(":/i18n/browser_en.qm")))
+        QCoreApplication::installTranslator(&englishTexts);
+    QTranslator texts;
+    if (texts.load(QLocale(), QStringLiteral("browser"), QStringLiteral("_"), QStringLiteral(":/i18n")))
+        QCoreApplication::installTranslator(&texts);
     return run(options);
 }
