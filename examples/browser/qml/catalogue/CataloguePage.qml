@@ -38,7 +38,7 @@ FocusScope {
             catalogue: page.catalogue
             narrow: page.narrow
             onFiltersWanted: filterDrawer.open()
-            onGridWanted: grid.forceActiveFocus(Qt.TabFocusReason)
+            onGridWanted: page.focusContent()
         }
 
         SourceBanner {
@@ -70,6 +70,7 @@ FocusScope {
                     Layout.fillWidth: true
                     visible: !page.catalogue.empty && page.catalogue.started
                     catalogue: page.catalogue
+                    onGridWanted: page.focusContent()
                 }
 
                 Item {
@@ -92,6 +93,7 @@ FocusScope {
 
                         anchors.fill: parent
                         catalogue: page.catalogue
+                        onKindChanged: Qt.callLater(page.keepFocusInSight)
                     }
 
                     BusyIndicator {
@@ -136,6 +138,17 @@ FocusScope {
     onNarrowChanged: {
         if (!narrow)
             filterDrawer.close();
+    }
+
+    // The keyboard goes to the packages; without any, to where that can be changed.
+    function focusContent() {
+        var target = message.kind === "" ? grid : (catalogue.empty ? message : topBar.searchField);
+        target.forceActiveFocus(Qt.TabFocusReason);
+    }
+
+    function keepFocusInSight() {
+        if (grid.activeFocus || message.activeFocus)
+            focusContent();
     }
 
     function search() {

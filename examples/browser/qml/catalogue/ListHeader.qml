@@ -11,6 +11,9 @@ Item {
     property Catalogue catalogue
     readonly property Listing listing: catalogue.listing
 
+    // A filter has been taken away, and its button with it.
+    signal gridWanted()
+
     implicitHeight: layout.implicitHeight + 2 * Theme.gap
 
     RowLayout {
@@ -41,7 +44,10 @@ Item {
                 emphasised: true
                 maximumWidth: parent.width
                 Accessible.name: qsTrId("browser-filter-remove").arg(text)
-                onClicked: header.listing.packageType = ""
+                onClicked: {
+                    header.listing.packageType = "";
+                    header.gridWanted();
+                }
             }
 
             Chip {
@@ -51,7 +57,10 @@ Item {
                 emphasised: true
                 maximumWidth: parent.width
                 Accessible.name: qsTrId("browser-filter-remove").arg(text)
-                onClicked: header.listing.categoryId = ""
+                onClicked: {
+                    header.listing.categoryId = "";
+                    header.gridWanted();
+                }
             }
         }
 

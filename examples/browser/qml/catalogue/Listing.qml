@@ -79,9 +79,9 @@ QtObject {
         onModelReset: {
             if (!packageProvider)
                 return;
+            listing.countHits();
             listing.busy = false;
             listing.keepPlace = true;
-            listing.countHits();
         }
     }
 

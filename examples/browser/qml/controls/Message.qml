@@ -2,7 +2,7 @@ import QtQuick 2.15
 import "../theme"
 
 // Says in the middle of an empty view why it is empty, and what can be done.
-Item {
+FocusScope {
     id: message
 
     property string iconName
@@ -76,6 +76,7 @@ Item {
 
             anchors.horizontalCenter: parent.horizontalCenter
             visible: text !== ""
+            focus: true
             highlighted: true
             onClicked: message.clicked()
         }

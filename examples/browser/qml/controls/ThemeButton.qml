@@ -7,12 +7,16 @@ import "../theme"
 IconButton {
     id: button
 
+    property bool byKeyboard: false
     readonly property var icons: ({ "light": "sun", "dark": "moon", "system": "contrast" })
 
     iconName: icons[Session.theme]
     text: qsTrId("browser-theme")
     checked: menu.visible
-    onClicked: menu.open()
+    onClicked: {
+        byKeyboard = visualFocus;
+        menu.open();
+    }
 
     Menu {
         id: menu
@@ -20,6 +24,10 @@ IconButton {
         x: button.width - width
         y: button.height + 4
         padding: 4
+        onClosed: {
+            if (button.byKeyboard)
+                button.focusReason = Qt.TabFocusReason;
+        }
 
         background: Rectangle {
             implicitWidth: Theme.body * 14

@@ -9,6 +9,7 @@ Section {
 
     title: qsTrId("browser-files")
     count: files.length
+    entries: repeater
 
     Rectangle {
         width: parent.width
@@ -25,6 +26,8 @@ Section {
             width: parent.width - 2 * x
 
             Repeater {
+                id: repeater
+
                 model: section.firstOf(section.files)
 
                 FileRow {

@@ -12,12 +12,15 @@ Section {
 
     title: qsTrId("browser-keywords")
     count: keywords.length
+    entries: repeater
 
     Flow {
         width: parent.width
         spacing: 6
 
         Repeater {
+            id: repeater
+
             model: section.firstOf(section.keywords)
 
             Chip {

@@ -13,8 +13,11 @@ Section {
 
     title: qsTrId("browser-required")
     count: ids.length
+    entries: repeater
 
     Repeater {
+        id: repeater
+
         model: section.firstOf(section.ids)
 
         RequiredPackage {

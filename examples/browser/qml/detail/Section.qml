@@ -11,6 +11,8 @@ Column {
     property int count: 0
     property int limit: step
     readonly property int step: 100
+    // What makes the entries, if the keyboard can go to them.
+    property Repeater entries
     default property alias content: body.data
 
     spacing: Theme.gap
@@ -32,9 +34,27 @@ Column {
     }
 
     TextButton {
+        id: more
+
         visible: section.count > section.limit
         text: qsTrId("browser-more", Math.min(section.step, section.count - section.limit))
-        onClicked: section.limit += section.step
+        onClicked: {
+            var first = section.limit;
+            section.limit += section.step;
+            section.passFocus(visualFocus, first);
+        }
+    }
+
+    // The button moves away below the new entries, or goes.
+    function passFocus(byKeyboard, row) {
+        var entry = entries ? entries.itemAt(row) : null;
+        if (entry && entry.enabled)
+            entries.parent.forceLayout(); // or it would be looked for where it was made
+        else if (more.visible)
+            return;
+        else
+            entry = more.nextItemInFocusChain();
+        entry.forceActiveFocus(byKeyboard ? Qt.TabFocusReason : Qt.MouseFocusReason);
     }
 
     function firstOf(entries) {
