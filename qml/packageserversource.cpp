@@ -86,17 +86,22 @@ void PackageServerSource::replaceServer()
 std::unique_ptr<PackageSource> PackageServerSource::createSource()
 {
     service.reset();
-    if (!complete || serverUrl.isEmpty()) {
-        setStatus(NoServer);
+    if (!complete || serverUrl.isEmpty())
         return nullptr;
-    }
     service = std::make_unique<Service>(serverUrl, serverUuid);
     applyCredentials();
-    connect(service.get(), &Service::statusChanged, this, &PackageServerSource::handleServiceStatus);
     auto server = std::make_unique<PackageServer>(service.get());
+    connect(service.get(), &Service::statusChanged, this, &PackageServerSource::handleServiceStatus);
     connect(server.get(), &PackageServer::pollFinished, this, &PackageServerSource::handlePoll);
-    handleServiceStatus();
     return server;
+}
+
+void PackageServerSource::sourceReplaced()
+{
+    if (service)
+        handleServiceStatus();
+    else
+        setStatus(NoServer);
 }
 
 void PackageServerSource::handleServiceStatus()

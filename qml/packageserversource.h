@@ -81,6 +81,7 @@ Q_SIGNALS:
 
 protected:
     std::unique_ptr<PackageSource> createSource() override;
+    void sourceReplaced() override;
 
 private:
     void replaceServer();

@@ -23,6 +23,8 @@ void PackageSourceElement::setRepository(PackageRepository *repository)
 
 void PackageSourceElement::checkAvailability() {}
 
+void PackageSourceElement::sourceReplaced() {}
+
 void PackageSourceElement::replaceSource()
 {
     dropSource();
@@ -35,6 +37,7 @@ void PackageSourceElement::addSource()
         return;
     source = createSource();
     attachedRepository->addSource(source.get());
+    sourceReplaced();
 }
 
 // The repository keeps plain pointers to its sources, so the source leaves it before it is destroyed.

@@ -37,8 +37,12 @@ public:
 protected:
     explicit PackageSourceElement(QObject *parent = nullptr);
 
-    /** A new source for the present properties, or null if they do not make one. */
+    /** A new source for the present properties, or null if they do not make one. Emits no signals. */
     virtual std::unique_ptr<PackageSource> createSource() = 0;
+
+    /** Tells what has come of createSource(). Its listeners may have the source replaced again. Does nothing
+     * by default. */
+    virtual void sourceReplaced();
 
     /** To be called when a property has changed that createSource() reads. */
     void replaceSource();

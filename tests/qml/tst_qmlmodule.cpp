@@ -128,6 +128,32 @@ private Q_SLOTS:
         QCOMPARE(http.requests().size(), 3);
     }
 
+    void aListenerOfAStateTakesAnotherServer()
+    {
+        ScriptedServer http;
+        http.setAnswer("/b/api/v1/ledger", HttpAnswer::with(304));
+        http.setAnswer("/c/api/v1/ledger", HttpAnswer::with(304));
+        Scene scene(R"(
+            property string base
+            property var log: []
+            PackageServerSource {
+                id: remote
+                onStatusChanged: {
+                    log.push(status)
+                    if (status === PackageServerSource.Connecting && url == base + "a/")
+                        url = base + "b/"
+                    else if (status === PackageServerSource.NoServer)
+                        url = base + "c/"
+                }
+            }
+            function use(url) { base = url; remote.url = base + "a/"; provider.sources.push(remote) })");
+        scene.run("use('%1')"_s.arg(http.url().toString()));
+        QTRY_COMPARE(scene.text("log.join() + remote.url.toString().slice(-2)"_s), "1,2b/"_s); // ready
+        scene.run("remote.url = ''"_s);
+        QTRY_COMPARE(scene.text("log.join() + remote.url.toString().slice(-2)"_s), "1,2,0,1,2c/"_s);
+        QCOMPARE(http.requests().size(), 2);
+    }
+
     void databasesAreSources()
     {
         ScriptedServer http;
