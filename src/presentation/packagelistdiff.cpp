@@ -76,12 +76,23 @@ QVector<ListStep> PackageListDiff::steps(const Superseded &superseded)
 {
     if (selected.index() != shown.index())
         return {ResetStep{model, selected}};
+    if (selected.isEmpty())
+        return removalOfAll();
     recordRemovals();
     recordInsertions();
     if (recordMoves())
         return recorded;
     waitUntil(*superseded);
     return {};
+}
+
+// Reads no node: rows without an index may belong to one that is gone. What is selected has no index then
+// either, and so it is empty.
+QVector<ListStep> PackageListDiff::removalOfAll() const
+{
+    if (shown.isEmpty())
+        return {};
+    return {RemoveStep{model, 0, shown.size() - 1}};
 }
 
 void PackageListDiff::recordRemovals()

@@ -56,6 +56,7 @@ public:
     QVector<ListStep> steps(const Superseded &superseded);
 
 private:
+    QVector<ListStep> removalOfAll() const;
     void recordRemovals();
     void recordInsertions();
     bool recordMoves();

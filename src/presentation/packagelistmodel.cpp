@@ -3,6 +3,7 @@
 
 #include "index/packageindex.h"
 #include "index/packagenode.h"
+#include "presentation/inturn_p.h"
 
 #include <QThreadPool>
 #include <QtConcurrentRun>
@@ -14,8 +15,6 @@ namespace {
 constexpr int updateDelay = 30; // milliseconds
 constexpr int idRole = 0;
 constexpr int firstFieldRole = 32;
-
-using StepWatcher = QFutureWatcher<QVector<ListStep>>;
 
 PackageListModelPrivate *modelOf(QQmlListProperty<ManifestField> *list)
 {
@@ -93,7 +92,8 @@ void PackageListModelPrivate::startJob(const QSharedPointer<PackageIndex> &index
     const auto job = [model = this, index, type = packageType, filter, less, shown = rows.toList(),
                       jobSuperseded = supersedeJob()] {
         const PackageList selected = PackageIndex::selectPackages(index, type, filter, less);
-        return PackageListDiff(model, shown, selected).steps(jobSuperseded);
+        return std::make_shared<QVector<ListStep>>(
+            PackageListDiff(model, shown, selected).steps(jobSuperseded));
     };
     watcher->setFuture(QtConcurrent::run(QThreadPool::globalInstance(), job));
 }
@@ -128,24 +128,32 @@ void PackageListModelPrivate::resetRows(const PackageList &list)
     q->endResetModel();
 }
 
+// A step was made for the rows as they are now. Who hears that it is about to come may take them away; it
+// then changes nothing.
 void PackageListModelPrivate::removeRows(int first, int last)
 {
+    const quint32 now = rows.changes();
     q->beginRemoveRows(QModelIndex(), first, last);
-    rows.remove(first, last);
+    if (rows.changes() == now)
+        rows.remove(first, last);
     q->endRemoveRows();
 }
 
 void PackageListModelPrivate::insertRows(int position, const PackageList &block)
 {
+    const quint32 now = rows.changes();
     q->beginInsertRows(QModelIndex(), position, position + block.size() - 1);
-    rows.insert(position, block);
+    if (rows.changes() == now)
+        rows.insert(position, block);
     q->endInsertRows();
 }
 
 void PackageListModelPrivate::moveRow(int from, int to)
 {
+    const quint32 now = rows.changes();
     q->beginMoveRows(QModelIndex(), from, from, QModelIndex(), to > from ? to + 1 : to);
-    rows.move(from, to);
+    if (rows.changes() == now)
+        rows.move(from, to);
     q->endMoveRows();
 }
 
@@ -169,8 +177,8 @@ void PackageListModel::setPackageProvider(QObject *provider)
     if (d->provider.is(provider))
         return;
     d->provider.assign(provider, this, &PackageListModel::scheduleUpdate, ProviderHandle::DropUnusable);
-    d->updateList();
-    Q_EMIT packageProviderChanged();
+    inTurn(
+        this, [this] { d->updateList(); }, &PackageListModel::packageProviderChanged);
 }
 
 QString PackageListModel::packageType() const
@@ -183,8 +191,7 @@ void PackageListModel::setPackageType(const QString &type)
     if (d->packageType == type)
         return;
     d->packageType = type;
-    Q_EMIT packageTypeChanged();
-    scheduleUpdate();
+    inTurn(this, &PackageListModel::packageTypeChanged, &PackageListModel::scheduleUpdate);
 }
 
 QQmlListProperty<ManifestField> PackageListModel::manifestFields()
@@ -278,14 +285,21 @@ void PackageListModel::scheduleUpdate()
     d->updateTimer->start();
 }
 
+// Each step has listeners, who may run an event loop, set another provider or delete the model. Once a newer
+// job has been started the steps left do not fit any more. That job may have seen the rows in the middle of
+// a step, so it is started again.
 void PackageListModel::finishListUpdate()
 {
+    const QPointer<PackageListModel> alive(this);
+    const Superseded superseded = d->superseded; // also when the model is deleted
     const int oldCount = d->rows.size();
-    const QVector<ListStep> steps = d->watcher->result();
-    for (const ListStep &step : steps)
-        step();
-    if (d->rows.size() != oldCount)
+    const QVector<ListStep> steps = std::move(*d->watcher->result());
+    for (auto step = steps.begin(); step != steps.end() && !*superseded; ++step)
+        (*step)();
+    if (alive && d->rows.size() != oldCount)
         Q_EMIT countChanged();
+    if (alive && *superseded)
+        d->updateList();
 }
 
 void PackageListModel::processFieldChange()
@@ -299,8 +313,7 @@ void PackageListModel::processFieldChange()
         if (const ManifestField *field = d->fields.at(i))
             d->roles.insert(firstFieldRole + i, field->name().toLatin1());
     }
-    Q_EMIT manifestFieldsChanged();
-    endResetModel();
+    inTurn(this, &PackageListModel::manifestFieldsChanged, &PackageListModel::endResetModel);
 }
 
 } // namespace ts::pm

@@ -14,6 +14,10 @@
 
 namespace ts::pm {
 
+/** Takes the steps out of the future: they hold their index, which the watcher would keep until the next job.
+ */
+using StepWatcher = QFutureWatcher<std::shared_ptr<QVector<ListStep>>>;
+
 // The model's thread only.
 class PackageListModelPrivate
 {
@@ -43,8 +47,8 @@ public:
     PackageListModel *const q;
     ProviderHandle provider;
     QString packageType;
-    QFutureWatcher<QVector<ListStep>> *const watcher; // of the newest job; child of q
-    Superseded superseded;                            // of the newest job
+    StepWatcher *const watcher; // of the newest job; child of q
+    Superseded superseded;      // of the newest job
     PackageRows rows;
     bool fieldsDirty = false;
     QTimer *const updateTimer;             // child of q

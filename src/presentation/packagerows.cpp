@@ -6,6 +6,7 @@ namespace ts::pm {
 
 void PackageRows::reset(const PackageList &list)
 {
+    ++changeCount;
     sharedIndex = list.index();
     indexOfLateRows.reset();
     places = list.nodes();
@@ -15,6 +16,7 @@ void PackageRows::reset(const PackageList &list)
 
 void PackageRows::remove(int first, int last)
 {
+    ++changeCount;
     const int count = last - first + 1;
     moveGap(gapStart > last ? last + 1 : first);
     if (gapStart > last)
@@ -24,6 +26,7 @@ void PackageRows::remove(int first, int last)
 
 void PackageRows::insert(int row, const PackageList &block)
 {
+    ++changeCount;
     if (!sharedIndex)
         indexOfLateRows = block.index();
     growGap(block.size());
@@ -35,6 +38,7 @@ void PackageRows::insert(int row, const PackageList &block)
 
 void PackageRows::move(int from, int to)
 {
+    ++changeCount;
     moveGap(size());
     const auto rows = places.begin();
     if (from < to)

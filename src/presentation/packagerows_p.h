@@ -25,6 +25,9 @@ public:
     int size() const { return places.size() - gapSize; }
     const PackageNode *at(int row) const { return places.at(row < gapStart ? row : row + gapSize); }
 
+    /** How often the rows have changed, by any of the functions below. */
+    quint32 changes() const { return changeCount; }
+
     /** Replaces all rows and the index. */
     void reset(const PackageList &list);
 
@@ -52,6 +55,7 @@ private:
     QVector<const PackageNode *> places;          // with the gap
     int gapStart = 0;
     int gapSize = 0;
+    quint32 changeCount = 0;
 };
 
 } // namespace ts::pm

@@ -55,6 +55,8 @@ void SignalLog::note()
 {
     const QString name = QString::fromLatin1(sender()->metaObject()->method(senderSignalIndex()).name());
     lines.append(detail ? name + " "_s + detail() : name);
+    if (const auto deed = deeds.take(name))
+        deed();
 }
 
 ModelLog::ModelLog(QAbstractListModel *model)

@@ -68,7 +68,8 @@ public:
     /** What has come since the last call, as in "nameChanged, updateRequested". */
     QString take() { return std::exchange(lines, {}).join(", "_s); }
 
-    std::function<QString()> detail; // if set, what to write after each name
+    std::function<QString()> detail;             // if set, what to write after each name
+    QHash<QString, std::function<void()>> deeds; // to be done once, at the signal of that name
 
 protected:
     QStringList lines;

@@ -149,6 +149,7 @@ class tst_PackageListModel : public QObject
 
 private Q_SLOTS:
     void plays();
+    void announcedChangesMayNotCome();
     void roles();
     void randomLists();
     void quitsWhileAJobWaits();
@@ -190,6 +191,13 @@ steps after the provider went away are run if they fit | show:AB[remove 2-6, cou
 late rows have no index to update from | show:AB[remove 2-6, countChanged; AB] hold show:XYAZ
     provide[reset, packageProviderChanged; none] free[insert 0-1, countChanged; XY] type:x[packageTypeChanged]
     type[packageTypeChanged] provide:own[packageProviderChanged, reset, countChanged; XYAZ]
+late rows go before a job looks at them | show:AB[remove 2-6, countChanged; AB] hold show:XYAZ
+    provide[reset, packageProviderChanged; none] free[insert 0-1, countChanged; XY] publish
+    type:unknown[packageTypeChanged] block provide:own[packageProviderChanged]
+lets go of its index | provide[reset, packageProviderChanged; none] publish rest freed
+a listener's event loop brings a new index | at:rowsRemoved:BD
+    show:XYZ[remove 0-3, reset, countChanged, countChanged; BD]
+    at:rowsInserted:ZYX show:ABCD[insert 0-0, reset, countChanged; ZYX]
 )")) {
         QThreadPool *const pool = QThreadPool::globalInstance();
         pool->setMaxThreadCount(4);
@@ -216,9 +224,23 @@ late rows have no index to update from | show:AB[remove 2-6, countChanged; AB] h
             QVERIFY(waitForRoom()); // the job has come as far as to give up the one place
             isHeld = true;
         };
+        SignalLog heard(&model);
+        const auto nest = [&](const QString &text) { // signal, and what is listed meanwhile
+            heard.deeds[text.section(":"_s, 0, 0)] = [&, ids = letters(text.section(":"_s, 1))] {
+                stage->publish();
+                stage->list(ids);
+                stage->rest();
+            };
+        };
         const auto rest = [&] {
             QVERIFY(pool->waitForDone(30000));
             QCOMPARE(pool->activeThreadCount(), 0);
+        };
+        const QWeakPointer<PackageIndex> firstIndex = stage->repository()->packageIndex();
+        const auto block = [&] {
+            pool->setMaxThreadCount(1);
+            pool->start([gate] { gate->acquire(); });
+            isHeld = true;
         };
         const LogCapture criticals("tamsel.packages"_s);
         const QHash<QString, QObject *> providers{
@@ -243,6 +265,9 @@ late rows have no index to update from | show:AB[remove 2-6, countChanged; AB] h
             {"free"_s, [&](auto) { hold(false), gate->release(7); }},
             {"stick"_s, stick},
             {"rest"_s, [&](auto) { rest(); }},
+            {"block"_s, [&](auto) { block(); }},
+            {"freed"_s, [&](auto) { QVERIFY(!firstIndex); }},
+            {"at"_s, nest},
         };
         int jobsBefore = stage->sorter.asked;
         stage->log.takeWithRows();
@@ -262,6 +287,36 @@ late rows have no index to update from | show:AB[remove 2-6, countChanged; AB] h
         stage.reset();
         gate->release(7);
         rest(); // also the jobs of a model that is gone come to their end
+    }
+}
+
+// A listener that hears of a change to come takes the rows away. The tester minds, so the model has none.
+void tst_PackageListModel::announcedChangesMayNotCome()
+{
+    for (const Row &row : rows(R"(
+        rowsAboutToBeRemoved  | AYZ
+        rowsAboutToBeInserted | ABCXYZ
+        rowsAboutToBeMoved    | ACBYZ)")) {
+        ListStage stage(letters("ABCDXYZ"_s));
+        PackageListModel model;
+        SignalLog heard(&model);
+        model.findChild<QTimer *>()->setInterval(0);
+        model.setMatcher(&stage.matcher);
+        model.setSorter(&stage.sorter);
+        stage.list(letters("ABCYZ"_s));
+        const auto shown = [&model] {
+            QString ids;
+            for (int i = 0; i < model.rowCount(); ++i)
+                ids += model.packageAt(i);
+            return ids;
+        };
+        model.setPackageProvider(&stage.provider);
+        QTRY_COMPARE(shown(), "ABCYZ"_s);
+        heard.deeds[row[0]] = [&] { model.setPackageProvider(nullptr); };
+        stage.list(letters(row[1]));
+        QTRY_VERIFY(heard.deeds.isEmpty());
+        model.setPackageProvider(&stage.provider);
+        QTRY_COMPARE(row.with(shown()), row.text());
     }
 }
 
