@@ -2,6 +2,7 @@
 
 #include "index/keywordnode.h"
 #include "index/packageindex.h"
+#include "presentation/inturn_p.h"
 #include "presentation/providerhandle_p.h"
 
 #include <QFutureWatcher>
@@ -71,8 +72,7 @@ void CategoryListModel::setPackageType(const QString &type)
     if (d->packageType == type)
         return;
     d->packageType = type;
-    Q_EMIT packageTypeChanged();
-    d->queueUpdate();
+    inTurn(this, &CategoryListModel::packageTypeChanged, [this] { d->queueUpdate(); });
 }
 
 QObject *CategoryListModel::packageProvider() const

@@ -2,6 +2,7 @@
 
 #include "index/keywordnode.h"
 #include "index/keywordreach_p.h"
+#include "presentation/inturn_p.h"
 
 namespace ts::pm {
 
@@ -29,8 +30,7 @@ void HasKeyword::setKeywordId(const QString &id)
     if (d->keywordId == id)
         return;
     d->keywordId = id;
-    Q_EMIT keywordIdChanged();
-    Q_EMIT updateRequested();
+    inTurn(this, &HasKeyword::keywordIdChanged, &HasKeyword::updateRequested);
 }
 
 std::function<bool(PackageNode *)> HasKeyword::matchFunction() const

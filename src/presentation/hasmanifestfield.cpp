@@ -1,6 +1,7 @@
 #include "presentation/hasmanifestfield.h"
 
 #include "index/packagenode.h"
+#include "presentation/inturn_p.h"
 
 namespace ts::pm {
 
@@ -28,8 +29,7 @@ void HasManifestField::setName(const QString &name)
     if (d->name == name)
         return;
     d->name = name;
-    Q_EMIT nameChanged();
-    Q_EMIT updateRequested();
+    inTurn(this, &HasManifestField::nameChanged, &HasManifestField::updateRequested);
 }
 
 std::function<bool(PackageNode *)> HasManifestField::matchFunction() const

@@ -2,6 +2,7 @@
 
 #include "index/keywordnode.h"
 #include "index/packageindex.h"
+#include "presentation/inturn_p.h"
 #include "presentation/providerhandle_p.h"
 
 #include <QHash>
@@ -70,8 +71,7 @@ void Keyword::setKeywordId(const QString &id)
     if (d->keywordId == id)
         return;
     d->keywordId = id;
-    Q_EMIT keywordIdChanged();
-    update();
+    inTurn(this, &Keyword::keywordIdChanged, &Keyword::update);
 }
 
 void Keyword::update()

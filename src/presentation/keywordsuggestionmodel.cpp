@@ -2,6 +2,7 @@
 
 #include "index/keywordnode.h"
 #include "index/packageindex.h"
+#include "presentation/inturn_p.h"
 #include "presentation/providerhandle_p.h"
 
 #include <QFutureWatcher>
@@ -95,8 +96,7 @@ void KeywordSuggestionModel::setPackageType(const QString &type)
     if (d->packageType == type)
         return;
     d->packageType = type;
-    Q_EMIT packageTypeChanged();
-    d->queueUpdate();
+    inTurn(this, &KeywordSuggestionModel::packageTypeChanged, [this] { d->queueUpdate(); });
 }
 
 QObject *KeywordSuggestionModel::packageProvider() const
@@ -127,8 +127,7 @@ void KeywordSuggestionModel::setSearchString(const QString &text)
     const QString pattern = QRegularExpression::escape(text.toHtmlEscaped());
     d->highlight =
         QRegularExpression(QStringLiteral("(%1)").arg(pattern), QRegularExpression::CaseInsensitiveOption);
-    Q_EMIT searchStringChanged();
-    d->queueUpdate();
+    inTurn(this, &KeywordSuggestionModel::searchStringChanged, [this] { d->queueUpdate(); });
 }
 
 int KeywordSuggestionModel::count() const
@@ -179,8 +178,7 @@ void KeywordSuggestionModel::updateList()
     } else if (!d->suggestions.isEmpty()) {
         beginResetModel();
         d->suggestions.clear();
-        endResetModel();
-        Q_EMIT countChanged();
+        inTurn(this, &KeywordSuggestionModel::endResetModel, &KeywordSuggestionModel::countChanged);
     }
 }
 
@@ -189,9 +187,11 @@ void KeywordSuggestionModel::finishUpdate()
     const int oldCount = d->suggestions.size();
     beginResetModel();
     d->suggestions = d->watcher->result();
-    endResetModel();
-    if (d->suggestions.size() != oldCount)
-        Q_EMIT countChanged();
+    const auto tellCount = [this, oldCount] {
+        if (d->suggestions.size() != oldCount)
+            Q_EMIT countChanged();
+    };
+    inTurn(this, &KeywordSuggestionModel::endResetModel, tellCount);
 }
 
 } // namespace ts::pm

@@ -1,5 +1,7 @@
 #include "presentation/manifestbooleanfield.h"
 
+#include "presentation/inturn_p.h"
+
 namespace ts::pm {
 
 class ManifestBooleanFieldPrivate
@@ -26,8 +28,7 @@ void ManifestBooleanField::setDefaultValue(bool value)
     if (d->defaultValue == value)
         return;
     d->defaultValue = value;
-    Q_EMIT defaultValueChanged();
-    Q_EMIT updateRequested();
+    inTurn(this, &ManifestBooleanField::defaultValueChanged, &ManifestBooleanField::updateRequested);
 }
 
 QVariant ManifestBooleanField::convert(const QJsonValue &value, const PackageNode *node) const

@@ -1,6 +1,7 @@
 #include "presentation/manifestfield.h"
 
 #include "index/packagenode.h"
+#include "presentation/inturn_p.h"
 
 namespace ts::pm {
 
@@ -28,8 +29,7 @@ void ManifestField::setName(const QString &name)
     if (d->name == name)
         return;
     d->name = name;
-    Q_EMIT nameChanged();
-    Q_EMIT updateRequested();
+    inTurn(this, &ManifestField::nameChanged, &ManifestField::updateRequested);
 }
 
 QVariant ManifestField::read(const PackageNode *node) const

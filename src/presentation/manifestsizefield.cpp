@@ -1,5 +1,7 @@
 #include "presentation/manifestsizefield.h"
 
+#include "presentation/inturn_p.h"
+
 #include <QJsonArray>
 
 namespace ts::pm {
@@ -28,8 +30,7 @@ void ManifestSizeField::setDefaultValue(const QSizeF &value)
     if (d->defaultValue == value)
         return;
     d->defaultValue = value;
-    Q_EMIT defaultValueChanged();
-    Q_EMIT updateRequested();
+    inTurn(this, &ManifestSizeField::defaultValueChanged, &ManifestSizeField::updateRequested);
 }
 
 QVariant ManifestSizeField::convert(const QJsonValue &value, const PackageNode *node) const

@@ -1,5 +1,7 @@
 #include "presentation/manifeststringfield.h"
 
+#include "presentation/inturn_p.h"
+
 namespace ts::pm {
 
 class ManifestStringFieldPrivate
@@ -26,8 +28,7 @@ void ManifestStringField::setDefaultValue(const QString &value)
     if (d->defaultValue == value)
         return;
     d->defaultValue = value;
-    Q_EMIT defaultValueChanged();
-    Q_EMIT updateRequested();
+    inTurn(this, &ManifestStringField::defaultValueChanged, &ManifestStringField::updateRequested);
 }
 
 QVariant ManifestStringField::convert(const QJsonValue &value, const PackageNode *node) const

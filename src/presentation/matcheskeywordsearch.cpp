@@ -2,6 +2,7 @@
 
 #include "index/keywordnode.h"
 #include "index/keywordreach_p.h"
+#include "presentation/inturn_p.h"
 
 namespace ts::pm {
 
@@ -30,8 +31,7 @@ void MatchesKeywordSearch::setSearchString(const QString &text)
     if (d->searchString == text)
         return;
     d->searchString = text;
-    Q_EMIT searchStringChanged();
-    Q_EMIT updateRequested();
+    inTurn(this, &MatchesKeywordSearch::searchStringChanged, &MatchesKeywordSearch::updateRequested);
 }
 
 MatchesKeywordSearch::MatchMode MatchesKeywordSearch::matchMode() const
@@ -44,8 +44,7 @@ void MatchesKeywordSearch::setMatchMode(MatchMode mode)
     if (d->matchMode == mode)
         return;
     d->matchMode = mode;
-    Q_EMIT matchModeChanged();
-    Q_EMIT updateRequested();
+    inTurn(this, &MatchesKeywordSearch::matchModeChanged, &MatchesKeywordSearch::updateRequested);
 }
 
 std::function<bool(PackageNode *)> MatchesKeywordSearch::matchFunction() const

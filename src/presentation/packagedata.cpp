@@ -1,6 +1,8 @@
 #include "presentation/packagedata.h"
 #include "presentation/packagedata_p.h"
 
+#include "presentation/inturn_p.h"
+
 #include <QSet>
 
 namespace ts::pm {
@@ -78,13 +80,15 @@ QVector<PackageDataPrivate::Value> PackageDataPrivate::readValues() const
     return values;
 }
 
-// Each value has listeners, who may change fields and reference or run an event loop. So everything is read
-// before the first of them hears, and an update that they cause takes the place of this one.
+// Each value has listeners, who may change fields and reference, run an event loop or delete all this. So
+// everything is read before the first of them hears, and an update that they cause takes the place of this
+// one.
 void PackageDataPrivate::update()
 {
+    const QPointer<PackageData> alive(q);
     const quint32 number = ++updates;
     const QVector<Value> values = readValues();
-    for (auto value = values.begin(); value != values.end() && number == updates; ++value)
+    for (auto value = values.begin(); value != values.end() && alive && number == updates; ++value)
         map->insert(value->first, value->second);
 }
 
@@ -113,8 +117,7 @@ void PackageData::setPackageReference(PackageReference *reference)
         connect(reference, &PackageReference::updated, this, &PackageData::update);
         connect(reference, &PackageReference::translationsChanged, this, &PackageData::update);
     }
-    Q_EMIT packageReferenceChanged();
-    update();
+    inTurn(this, &PackageData::packageReferenceChanged, &PackageData::update);
 }
 
 QQmlListProperty<ManifestField> PackageData::manifestFields()

@@ -4,6 +4,7 @@
 #include "index/packageindex.h"
 #include "index/packagenode.h"
 #include "logging_p.h"
+#include "presentation/inturn_p.h"
 #include "repository/packagerepository.h"
 
 #include <QTimer>
@@ -86,10 +87,11 @@ void PackageReferencePrivate::finishUpdate()
     currentState = std::move(pendingState);
     pendingState = {};
     qCDebug(lcPm) << "Finished update of package" << id;
-    q->computeStatus();
-    if (typeOf(currentState.node) != oldType)
-        Q_EMIT q->typeChanged();
-    Q_EMIT q->updated();
+    const auto tellType = [this, oldType] {
+        if (typeOf(currentState.node) != oldType)
+            Q_EMIT q->typeChanged();
+    };
+    inTurn(q, &PackageReference::computeStatus, tellType, &PackageReference::updated);
 }
 
 // The flag falls only after the update: an installer that has failed by then arms no timer of its own.
@@ -98,10 +100,8 @@ void PackageReferencePrivate::scheduleRetry()
     if (retryPending)
         return;
     retryPending = true;
-    QTimer::singleShot(retryDelay(retryCount), q, [this] {
-        q->update();
-        retryPending = false;
-    });
+    QTimer::singleShot(retryDelay(retryCount), q,
+                       [this] { inTurn(q, &PackageReference::update, [this] { retryPending = false; }); });
     if (retryCount <= lastDoubling)
         ++retryCount;
 }

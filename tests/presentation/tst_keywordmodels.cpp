@@ -1,9 +1,18 @@
 #include "presentation/categorylistmodel.h"
+#include "presentation/haskeyword.h"
+#include "presentation/hasmanifestfield.h"
 #include "presentation/keyword.h"
 #include "presentation/keywordsuggestionmodel.h"
+#include "presentation/manifestbooleanfield.h"
+#include "presentation/manifestsizefield.h"
+#include "presentation/manifeststringfield.h"
+#include "presentation/matcheskeywordsearch.h"
+#include "presentation/packagedata.h"
+#include "presentation/packagelistmodel.h"
 #include "stage.h"
 #include "support/logcapture.h"
 
+#include <QTimer>
 #include <QtTest>
 
 using namespace ts::pm;
@@ -59,6 +68,12 @@ struct ModelStage : Stage
     Model model;
     ModelLog log{&model};
 };
+
+template<typename... Objects>
+QVector<std::function<QObject *()>> makersOf()
+{
+    return {[] { return new Objects; }...};
+}
 
 } // namespace
 
@@ -147,6 +162,55 @@ private Q_SLOTS:
         const LogCapture criticals("tamsel.packages"_s);
         QCOMPARE(perform(play, verbs, [&] { return log.take(); }), play);
         QVERIFY(!keyword.packageProvider() && criticals.lines().size() == 1);
+    }
+
+    // Of each kind one object goes at each signal that it has.
+    void listenersMayDelete()
+    {
+        ModelStage<CategoryListModel> stage;
+        stage.catalogue.addPackage("stone"_s);
+        stage.publish();
+        const QVector<std::pair<const char *, QVariant>> changes{
+            {"name", "title"_s},
+            {"keywordId", "w"_s},
+            {"matchMode", 1},
+            {"defaultValue", true},
+            {"defaultValue", QSizeF(1, 2)},
+            {"searchString", "w"_s},
+            {"packageReference", QVariant::fromValue(stage.provider.packageReference("oak"_s))},
+            {"packageProvider", QVariant::fromValue<QObject *>(&stage.provider)},
+            {"packageType", "plant"_s},
+            {"packageType", QString()},
+            {"packageProvider", QVariant::fromValue<QObject *>(nullptr)},
+        };
+        ManifestStringField field;
+        QStringList fatal;
+        for (const auto &make : makersOf<PackageListModel, CategoryListModel, KeywordSuggestionModel, Keyword,
+                                         PackageData, HasKeyword, HasManifestField, MatchesKeywordSearch,
+                                         ManifestStringField, ManifestBooleanField, ManifestSizeField>()) {
+            const QMetaObject &type = *std::unique_ptr<QObject>(make())->metaObject();
+            for (int i = QObject::staticMetaObject.methodCount(); i < type.methodCount(); ++i) {
+                const QString signal = QString::fromLatin1(type.method(i).name());
+                const QPointer<QObject> object = make();
+                if (auto *model = qobject_cast<PackageListModel *>(object.data())) {
+                    QQmlListProperty<ManifestField> fields = model->manifestFields();
+                    fields.append(&fields, &field);
+                    model->findChild<QTimer *>()->setInterval(0);
+                }
+                SignalLog log(object);
+                if (!signal.contains(
+                        "About"_s)) // Qt itself goes on with a model after it has announced a change
+                    log.deeds[signal] = [object] { delete object; };
+                for (const auto &change : changes) {
+                    if (object && object->setProperty(change.first, change.second))
+                        stage.settle(), stage.settle();
+                }
+                if (!object)
+                    fatal.append(signal);
+                delete object;
+            }
+        }
+        QCOMPARE(fatal.size(), 34);
     }
 };
 

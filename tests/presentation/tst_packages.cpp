@@ -143,6 +143,13 @@ a failure during the retry arms none | incomplete[+1; statusChanged Incomplete a
     never wait:40[+1] wait:9999 publish[+1; -1] wait:50 wait:12[+1; -1]
 folds back to done with nothing pending | install[+1; statusChanged Installed a] require:q require:r instantly
     publish[+3; -1; updated Installed a] succeed:2 succeed:3
+goes with its status | incomplete[+1; statusChanged Incomplete a] version:b publish[+1]
+    goAt:statusChanged succeed[-2; statusChanged Installed b]
+goes with its type | install[+1; statusChanged Installed a] version:b publish[+1]
+    goAt:typeChanged succeed[-2; typeChanged Installed b]
+goes with its update | install[+1; statusChanged Installed a] publish[+1] goAt:updated
+    succeed[-2; updated Installed a]
+goes in a retry | incomplete[+1; statusChanged Incomplete a] instantly goAt:updated wait:40[+1; -2; statusChanged Installed a, updated Installed a]
 a required package fails after the swap | install[+1; statusChanged Installed a] require:q require:r instantly
     publish[+3; -1; updated Installed a] fail:2 succeed:3 wait:20 wait:12[+3; -3; updated Installed a]
 )");
@@ -154,7 +161,7 @@ a required package fails after the swap | install[+1; statusChanged Installed a]
     for (const Row &row : qAsConst(plays)) {
         const LogCapture logging("tamsel.packages"_s);
         Stage stage;
-        PackageReference *p = nullptr;
+        QPointer<PackageReference> p;
         std::unique_ptr<SignalLog> log;
         const auto installer = [&](const QString &number) {
             return number.isEmpty() ? stage.started.last() : stage.started.at(number.toInt());
@@ -187,6 +194,7 @@ a required package fails after the swap | install[+1; statusChanged Installed a]
             {"fail"_s, [&](auto number) { installer(number)->fail(); }},
             {"instantly"_s, [&](auto) { stage.succeedAtOnce.insert("p"_s); }},
             {"never"_s, [&](auto) { stage.failAtOnce.insert("p"_s); }},
+            {"goAt"_s, [&](auto signal) { log->deeds[signal] = [&] { delete stage.repository(); }; }},
             {"wait"_s, [](auto time) { FakeClock::advance(std::chrono::seconds(time.toInt())); }},
         };
         int startedBefore = 0;
@@ -204,7 +212,7 @@ a required package fails after the swap | install[+1; statusChanged Installed a]
         };
         QCOMPARE(row.with(perform(row[1], verbs, effects)), row.text());
         QCOMPARE(logging.lines().count("debug: Finished update of package \"p\""_s),
-                 row[1].count("updated "_s));
+                 row[1].count(QRegularExpression("updated I|goAt:[st]"_s)));
     }
 }
 
