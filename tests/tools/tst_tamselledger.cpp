@@ -11,6 +11,10 @@
 #include <QNetworkReply>
 #include <QtTest>
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 using namespace ts::pm;
 using namespace ts::pm::test;
 
@@ -53,6 +57,9 @@ private Q_SLOTS:
             --key other.key.pem --certificate issuer.json                    | not the cert    | 1
             --key other.pem --certificate issuer.json                        | no private      | 1
             --key other.key.pem --certificate issuer.pem                     | no certificate  | 1
+            SIGNED --output issuer.json                                      | is read by      | 1
+            SIGNED --output CATALOGUE/dictionary/tree.json                   | is read by      | 1
+            SIGNED --output other.key.pem                                    | private key     | 1
             --key issuer.key.pem                                             | --certificate   | 2
             --key issuer.key.pem --certificate issuer.json --wrong           | wrong           | 2)")) {
             const Outcome outcome = workshop.run("build --output out CATALOGUE "_s + row[0]);
@@ -102,6 +109,13 @@ private Q_SLOTS:
         QCOMPARE(workshop.run("build SIGNED --output two CATALOGUE"_s).exitCode, 0);
         QCOMPARE(workshop.content("one"_s), workshop.content("two"_s));
         QVERIFY(PackageLedger(workshop.content("one"_s), QByteArray()).valid);
+        QCOMPARE(mkfifo(qPrintable(workshop.path("pipe"_s)), 0600), 0);
+        const int pipe = open(qPrintable(workshop.path("pipe"_s)), O_RDWR | O_NONBLOCK);
+        QCOMPARE(workshop.run("build SIGNED --output pipe CATALOGUE"_s).exitCode, 0);
+        QByteArray piped(65536, '\0');
+        piped.truncate(int(qMax<ssize_t>(0, read(pipe, piped.data(), size_t(piped.size())))));
+        close(pipe);
+        QCOMPARE(piped, workshop.content("one"_s));
 
         QString report = workshop.run("inspect --json one"_s).output;
         report.replace(QRegularExpression("[0-9a-f]{56,64}|[A-Za-z0-9+/]{32}"_s), "."_s); // what keys decide
@@ -237,7 +251,8 @@ private Q_SLOTS:
             {
                 const FileSizeLimit limit(size);
                 const Outcome outcome = workshop.run("publish SIGNED CATALOGUE www"_s);
-                QVERIFY(outcome.exitCode == 1 && !outcome.errors.isEmpty());
+                QVERIFY2(outcome.exitCode == 1 && outcome.errors.contains(QRegularExpression("too large|full"_s)),
+                         qPrintable(outcome.errors));
             }
             QCOMPARE(workshop.run("verify --files www"_s).exitCode, 0);
         }
@@ -278,6 +293,13 @@ private Q_SLOTS:
         QCOMPARE(workshop.run("verify --files www"_s).exitCode, 3);
         QCOMPARE(workshop.run("publish --recheck --ledger ledger CATALOGUE www"_s).output.left(1), "1"_s);
         QCOMPARE(workshop.run("verify --files www"_s).exitCode, 0);
+        const QByteArray precious = workshop.content("issuer.json"_s);
+        for (const QString &name : {QString::fromLatin1(id), "index"_s})
+            QVERIFY(QFile::remove(served.filePath(name))
+                    && QFile::link(workshop.path("issuer.json"_s), served.filePath(name)));
+        QCOMPARE(workshop.run("publish --ledger ledger CATALOGUE www"_s).exitCode, 0);
+        QCOMPARE(workshop.run("verify --files www"_s).exitCode, 0);
+        QCOMPARE(workshop.content("issuer.json"_s), precious);
         fill(workshop.catalogue, 4);
         const Outcome outcome = workshop.run("publish --ledger ledger CATALOGUE www"_s);
         QCOMPARE(outcome.exitCode, 1);

@@ -25,7 +25,7 @@ QString readAll(const QString &path, const Taker &take)
         if (!take(buffer.constData(), size))
             return QString();
     }
-    return size < 0 ? QStringLiteral("%1: %2").arg(path, file.errorString()) : QString();
+    return size < 0 ? FileCopy::failureOf(file) : QString();
 }
 
 // Bytes that a full disk refuses only when buffers are flushed go unnoticed by QSaveFile::commit(). So do
@@ -34,7 +34,7 @@ QString commit(QSaveFile &file)
 {
     if (file.error() == QFileDevice::NoError && file.flush() && file.commit())
         return QString();
-    return QStringLiteral("%1: %2").arg(file.fileName(), file.errorString());
+    return FileCopy::failureOf(file);
 }
 
 // In seconds; far back if there is no such file.
@@ -51,7 +51,7 @@ QString FileCopy::copy(const QString &source, const QString &target, const QByte
 {
     QSaveFile file(target);
     if (!file.open(QIODevice::WriteOnly))
-        return QStringLiteral("%1: %2").arg(target, file.errorString());
+        return failureOf(file);
     QCryptographicHash hash(QCryptographicHash::Sha224);
     bool isWhole = true;
     const QString error = readAll(source, [&](const char *bytes, qint64 size) {
@@ -63,7 +63,7 @@ QString FileCopy::copy(const QString &source, const QString &target, const QByte
     if (!error.isNull())
         return error;
     if (!isWhole)
-        return QStringLiteral("%1: %2").arg(target, file.errorString());
+        return failureOf(file);
     if (hash.result() != digest)
         return QStringLiteral("%1: the file has changed since the ledger was built").arg(source);
     return commit(file);
@@ -71,24 +71,39 @@ QString FileCopy::copy(const QString &source, const QString &target, const QByte
 
 QString FileCopy::write(const QByteArray &content, const QString &target)
 {
-    const auto fill = [&](QIODevice &device) {
-        const bool isWhole = device.write(content) == content.size();
-        return isWhole ? QString() : QStringLiteral("%1: %2").arg(target, device.errorString());
+    return write(fillerOf(content), target);
+}
+
+FileCopy::Filler FileCopy::fillerOf(const QByteArray &content)
+{
+    return [content](QFileDevice &file) {
+        return file.write(content) == content.size() ? QString() : failureOf(file);
     };
-    return write(Filler(fill), target);
 }
 
 QString FileCopy::write(const Filler &fill, const QString &target)
 {
     QSaveFile file(target);
     if (!file.open(QIODevice::WriteOnly))
-        return QStringLiteral("%1: %2").arg(target, file.errorString());
+        return failureOf(file);
     if (const QString error = fill(file); !error.isNull())
         return error;
     const qint64 oldTime = timeOf(target);
     if (file.flush() && QDateTime::currentSecsSinceEpoch() <= oldTime)
         file.setFileTime(QDateTime::fromSecsSinceEpoch(oldTime + 1), QFileDevice::FileModificationTime);
     return commit(file);
+}
+
+QString FileCopy::failureOf(const QFileDevice &file)
+{
+    return QStringLiteral("%1: %2").arg(file.fileName(), causeOf(file));
+}
+
+// Files do not tell why a write came out short. The disk is full then, or a quota used up.
+QString FileCopy::causeOf(const QFileDevice &file)
+{
+    const bool isKnown = file.errorString() != QFile().errorString();
+    return isKnown ? file.errorString() : QStringLiteral("not all could be written; the disk may be full");
 }
 
 QByteArray FileCopy::digest(const QString &path, QCryptographicHash::Algorithm algorithm, QString *error,

@@ -6,7 +6,7 @@
 
 #include <functional>
 
-class QIODevice;
+class QFileDevice;
 
 namespace ts::ledger {
 
@@ -27,12 +27,17 @@ public:
      */
     static QString write(const QByteArray &content, const QString &target);
 
-    /** Writes to the device; null, or what went wrong. A write that comes out short is no error of the
-     * device. */
-    using Filler = std::function<QString(QIODevice &device)>;
+    /** Writes to the file; null, or what went wrong. A write that comes out short is no error of the
+     * file. */
+    using Filler = std::function<QString(QFileDevice &file)>;
+    static Filler fillerOf(const QByteArray &content);
 
     /** As above, for content that need not lie in memory as a whole. */
     static QString write(const Filler &fill, const QString &target);
+
+    /** What went wrong with the file, with its name or without. */
+    static QString failureOf(const QFileDevice &file);
+    static QString causeOf(const QFileDevice &file);
 
     /** The digest of a file; null, with what went wrong in \a error, if it cannot be read to its end. */
     static QByteArray digest(const QString &path, QCryptographicHash::Algorithm algorithm, QString *error,

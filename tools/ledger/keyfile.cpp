@@ -1,5 +1,6 @@
 #include "ledger/keyfile.h"
 
+#include "ledger/filecopy.h"
 #include "server/rootkey_p.h"
 
 #include <QFile>
@@ -41,7 +42,7 @@ QString write(const QString &path, const QByteArray &pem, QFile::Permissions per
     QTemporaryFile file(path + QStringLiteral(".XXXXXX"));
     if (!file.open() || file.write(pem) != pem.size() || !file.flush() || fsync(file.handle()) != 0
         || !file.setPermissions(permissions))
-        return QStringLiteral("%1: %2").arg(path, file.errorString());
+        return QStringLiteral("%1: %2").arg(path, FileCopy::causeOf(file));
     if (::link(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData()) == 0)
         return QString();
     if (errno == EEXIST)

@@ -21,10 +21,18 @@ namespace {
 
 constexpr int lockTimeout = 30000; // milliseconds
 
+// Whatever a link in the tree leads to is not the publisher's.
 QByteArray contentOf(const QString &path)
 {
     QFile file(path);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return !QFileInfo(path).isSymLink() && file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+// Writing would go where the link leads.
+void removeLink(const QString &path)
+{
+    if (QFileInfo(path).isSymLink())
+        QFile::remove(path);
 }
 
 bool isMatch(const char *pattern, const QString &name)
@@ -114,7 +122,7 @@ bool Publisher::collectTasks(const LedgerRecords &records, const Catalogue &cata
 bool Publisher::isPresent(const CatalogueFile &file) const
 {
     const QFileInfo present(tree.file(file.id()));
-    if (!present.isFile() || present.size() != file.size)
+    if (present.isSymLink() || !present.isFile() || present.size() != file.size)
         return false;
     QString error;
     return !options.recheck
@@ -131,6 +139,7 @@ bool Publisher::writeFiles()
     QtConcurrent::blockingMap(tasks, [this, &advance](Task &task) {
         if (isPresent(task.file))
             return advance(task.file.size);
+        removeLink(tree.file(task.file.id()));
         task.error = FileCopy::copy(task.file.path, tree.file(task.file.id()), task.file.digest, advance);
         task.written = true;
     });
@@ -149,12 +158,14 @@ bool Publisher::writeLedger(const QByteArray &ledger)
     if (present == ledger)
         return true;
     if (!present.isNull()) {
+        removeLink(tree.previousLedger());
         const QString error = FileCopy::write(present, tree.previousLedger());
         if (!error.isNull())
             return fail(error);
     }
     if (!tasks.isEmpty() && !util::FileUtils::syncFile(tree.file(tasks.constLast().file.id())))
         return fail(QStringLiteral("%1: cannot be written to the disk").arg(tree.directory()));
+    removeLink(tree.ledger());
     const QString error = FileCopy::write(ledger, tree.ledger());
     if (!error.isNull())
         return fail(error);

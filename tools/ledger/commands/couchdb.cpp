@@ -4,11 +4,10 @@
 #include "ledger/couchdatabase.h"
 #include "ledger/couchdocument.h"
 #include "ledger/counted.h"
-#include "ledger/filecopy.h"
 #include "ledger/latin1.h"
+#include "ledger/outputfile.h"
 
 #include <QFile>
-#include <QIODevice>
 
 namespace ts::ledger {
 
@@ -20,13 +19,13 @@ constexpr QLatin1String pruneOption = latin1("prune");
 constexpr QLatin1String urlOption = latin1("url");
 
 // What a POST to "_bulk_docs" takes, with a line for each document.
-QString writeDocuments(const QVector<CouchDocument> &documents, const QString &path)
+QString writeDocuments(const QVector<CouchDocument> &documents, const OutputFile &output)
 {
-    const auto fill = [&documents, &path](QIODevice &device) {
+    const auto fill = [&documents](QFileDevice &file) {
         QString error;
         const auto put = [&](const QByteArray &bytes) {
-            if (error.isNull() && device.write(bytes) != bytes.size())
-                error = QStringLiteral("%1: %2").arg(path, device.errorString());
+            if (error.isNull() && file.write(bytes) != bytes.size())
+                error = FileCopy::failureOf(file);
         };
         put("{\"docs\":[\n");
         for (const CouchDocument &document : documents) {
@@ -39,7 +38,7 @@ QString writeDocuments(const QVector<CouchDocument> &documents, const QString &p
         put("\n]}\n");
         return error;
     };
-    return FileCopy::write(FileCopy::Filler(fill), path);
+    return output.write(FileCopy::Filler(fill));
 }
 
 // The first line of the file, as in "user:password".
@@ -119,6 +118,8 @@ int couchdb(const QStringList &arguments)
         return *exitCode;
 
     Problems problems;
+    const OutputFile output(line.value(outputOption));
+    output.check(catalogueInputs(line.argument(0)), problems);
     const Catalogue catalogue = readCatalogue(line, line.argument(0), problems);
     const QVector<CouchDocument> documents =
         problems.errors.isEmpty() ? couchDocuments(catalogue, problems) : QVector<CouchDocument>();
@@ -126,7 +127,7 @@ int couchdb(const QStringList &arguments)
         return Failure;
     if (line.isSet(urlOption))
         return upload(documents, line);
-    if (const QString error = writeDocuments(documents, line.value(outputOption)); !error.isNull()) {
+    if (const QString error = writeDocuments(documents, output); !error.isNull()) {
         Console::error(error);
         return Failure;
     }

@@ -1,10 +1,10 @@
 #include "ledger/commandline.h"
 #include "ledger/commands/commands.h"
 #include "ledger/console.h"
-#include "ledger/filecopy.h"
 #include "ledger/issuercertificate.h"
 #include "ledger/keyfile.h"
 #include "ledger/latin1.h"
+#include "ledger/outputfile.h"
 
 namespace ts::ledger {
 
@@ -13,7 +13,7 @@ int issue(const QStringList &arguments)
     constexpr QLatin1String rootKey = latin1("root-key");
     constexpr QLatin1String name = latin1("name");
     constexpr QLatin1String secondName = latin1("second-name");
-    constexpr QLatin1String output = latin1("output");
+    constexpr QLatin1String outputOption = latin1("output");
     CommandLine line(
         QStringLiteral("issue"),
         QStringLiteral("Lets an issuer sign packages: the root key signs the issuer's public key into a "
@@ -23,13 +23,15 @@ int issue(const QStringList &arguments)
     line.addOption(name, QStringLiteral("TEXT"), QStringLiteral("The issuer's name, for people."));
     line.addOption(secondName, QStringLiteral("TEXT"),
                    QStringLiteral("What follows the name, such as a department."));
-    line.addOption(output, QStringLiteral("FILE"), QStringLiteral("Where the certificate goes."));
-    line.require({rootKey, name, output});
+    line.addOption(outputOption, QStringLiteral("FILE"), QStringLiteral("Where the certificate goes."));
+    line.require({rootKey, name, outputOption});
     line.addArgument(QStringLiteral("KEY"), QStringLiteral("The issuer's public key."));
     if (const auto exitCode = line.parse(arguments))
         return *exitCode;
 
     Problems problems;
+    const OutputFile output(line.value(outputOption));
+    output.check({line.value(rootKey), line.argument(0)}, problems);
     const auto root = KeyFile::readPrivate(line.value(rootKey), problems);
     const auto issuer = KeyFile::readPublic(line.argument(0), problems);
     for (const QLatin1String option : {name, secondName}) {
@@ -39,7 +41,7 @@ int issue(const QStringList &arguments)
     if (!Console::report(problems))
         return Failure;
     const auto certificate = IssuerCertificate::make(line.value(name), line.value(secondName), issuer, root);
-    if (const QString error = FileCopy::write(certificate.toJson(), line.value(output)); !error.isNull()) {
+    if (const QString error = output.write(certificate.toJson()); !error.isNull()) {
         Console::error(error);
         return Failure;
     }

@@ -67,6 +67,12 @@ Catalogue readCatalogue(const CommandLine &line, const QString &directory, Probl
     return CatalogueReader(directory, policy, problems).read();
 }
 
+QStringList catalogueInputs(const QString &directory)
+{
+    return {directory + QStringLiteral("/packages"), directory + QStringLiteral("/dictionary"),
+            directory + QStringLiteral("/links")};
+}
+
 void SignedCatalogue::addOptions(CommandLine &line, const QString &ready)
 {
     line.addOption(certificateOption, QStringLiteral("FILE"), QStringLiteral("The issuer's certificate."));
@@ -74,6 +80,11 @@ void SignedCatalogue::addOptions(CommandLine &line, const QString &ready)
     line.require({certificateOption, keyOption}, ready);
     addRootKeyOption(line);
     addCatalogueOption(line);
+}
+
+QStringList SignedCatalogue::inputs(const CommandLine &line)
+{
+    return {line.value(certificateOption), line.value(keyOption), line.value(rootKeyOption)};
 }
 
 void SignedCatalogue::sign(const CommandLine &line, Problems &problems)

@@ -8,6 +8,7 @@
 #include <TamselCrypto/PublicKey>
 
 #include <QByteArray>
+#include <QStringList>
 
 namespace ts::ledger {
 
@@ -17,6 +18,9 @@ void addCatalogueOption(CommandLine &line);
 /** Errors are in \a problems. */
 Catalogue readCatalogue(const CommandLine &line, const QString &directory, Problems &problems);
 
+/** The parts of \a directory that are read, and must not be written. */
+QStringList catalogueInputs(const QString &directory);
+
 /** A catalogue with its ledger: what the sub-commands "build" and "publish" begin with. One thread. */
 class SignedCatalogue
 {
@@ -24,6 +28,9 @@ public:
     /** Adds the options by which a catalogue is read and signed. Those that tell who signs are required,
      * unless \a ready, the option for a ledger that is signed already, is given. */
     static void addOptions(CommandLine &line, const QString &ready = QString());
+
+    /** The files by which a catalogue is signed. */
+    static QStringList inputs(const CommandLine &line);
 
     /** Signs the catalogue, with the key and certificate of the command line. */
     void sign(const CommandLine &line, Problems &problems);
