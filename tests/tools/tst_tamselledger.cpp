@@ -3,13 +3,17 @@
 #include "ledger/ledgerwriter.h"
 #include "server/packageledger.h"
 #include "support/filesizelimit.h"
+#include "support/httpserver.h"
 #include "support/literals.h"
 #include "support/signedledger.h"
 #include "support/table.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
+#include <QTcpSocket>
 #include <QtTest>
+
+#include <csignal>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -85,8 +89,10 @@ private Q_SLOTS:
             build --key k --output out c       | --certificate is missing
             publish --certificate c c www      | --key or --ledger is missing
             publish --ledger l c               | TREE is missing
+            publish --ledger l c ''            | TREE is empty
             couchdb c                          | --url or --output is missing
             couchdb --url http://x --output y c | do not go together
+            couchdb --url ftp://me:word@x/y c  | '...@x/y' is no URL
             serve www more                     | Unexpected argument 'more')")) {
             const Outcome outcome = workshop.run(row[0]);
             QVERIFY2(outcome.exitCode == 2 && outcome.errors.contains(row[1]), qPrintable(outcome.errors));
@@ -134,7 +140,9 @@ private Q_SLOTS:
                  "issuer":"Acme","revision":".","signatureGood":true}],
             "links": [{"from":"oak","type":"is_a","to":"tree"},
                       {"from":"tree","type":"requires","to":"top"}]})"));
-        QVERIFY(workshop.run("inspect one"_s).output.contains(" / B\u00e4ume, tree / trees\n"_s));
+        const QString tables = workshop.run("inspect one"_s).output;
+        QVERIFY(tables.contains(" / B\u00e4ume, tree / trees\n"_s)
+                && tables.contains("\n            top  "_s));
     }
 
     // In a catalogue that is good otherwise; "<x*3>" is "xxx". Without a message it can be published.
@@ -157,6 +165,7 @@ private Q_SLOTS:
             dictionary/a.json | {"type":"name","strings":{"en":["x"<,"x"*255>]}}     | : 256 strings
             dictionary/a.json | {"type":"name","strings":{"en":["a\u0000b"]}}        | : a NUL
             dictionary/a.json | {"type":"name","strings":{"en":[{"sg":"x"}]}}        | : in the language 'en'
+            dictionary/a.json | {"type":"name","strings":{"<x*65536>":["x"]}}        | : language of 65536 bytes
             dictionary/a.json | {"type":"Noun"}                     | : there is no keyword type 'Noun'
             dictionary/a.b.json | {"type":"name","strings":{"en":["x"]}}             | : a dot
             links/x.json | {"from":"oak","to":"ash","type":"is_a"}  | : no package and no keyword
@@ -187,12 +196,17 @@ private Q_SLOTS:
         QCOMPARE(workshop.run("build SIGNED --output out CATALOGUE"_s).exitCode, 0);
         QVERIFY(QFile::link(workshop.path("issuer.key.pem"_s), package + "outside"_s));
         QVERIFY(QFile::link("nowhere"_s, package + "broken"_s));
+        const QString links = workshop.catalogue.path() + "/links"_s;
+        QVERIFY(QDir(links).removeRecursively() && mkfifo(qPrintable(links), 0600) == 0);
+        QVERIFY(mkfifo(qPrintable(workshop.catalogue.path() + "/dictionary/x.json"_s), 0600) == 0);
         QFile huge(package + "huge"_s); // takes no room on the disk
-        QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(2147483648));
+        QVERIFY(huge.open(QIODevice::WriteOnly) && huge.resize(2147483584));
         const QString errors = workshop.run("build SIGNED --output out CATALOGUE"_s).errors;
-        for (const QString &error : {"outside: the link leads out"_s, "broken: the link leads nowhere"_s,
-                                     "huge: 2147483648 bytes; at most 2147483647"_s})
-            QVERIFY2(errors.contains("packages/top/"_s + error), qPrintable(errors));
+        for (const QString &error :
+             {"top/outside: the link leads out"_s, "top/broken: the link leads nowhere"_s,
+              "top/huge: 2147483584 bytes; at most 2147483583"_s, "dictionary/x.json: is no regular file"_s,
+              "links: is no directory"_s})
+            QVERIFY2(errors.contains(error), qPrintable(errors));
     }
 
     void writerKnowsLimits()
@@ -227,6 +241,9 @@ private Q_SLOTS:
         for (const QByteArray id : {"oak", "ash", "yew"})
             ledger.addPackage(id, "tree", "{}", {}, 1);
         QCOMPARE(verify(ledger).exitCode, 0);
+        SignedLedger spelled; // the second path reads like the first, and is spelled exactly
+        spelled.addPackage("oak", "tree", "{}", {{"a\x80", "1"}, {"a\xef\xbf\xbd", "2"}});
+        QVERIFY(PackageLedger(spelled.toByteArray(), QByteArray()).valid);
         ledger.records.packages[1].manifest = "{\"a\":1}";
         Outcome outcome = verify(ledger);
         QCOMPARE(outcome.exitCode, 3);
@@ -236,6 +253,29 @@ private Q_SLOTS:
         outcome = verify(ledger);
         QCOMPARE(outcome.exitCode, 3);
         QVERIFY(outcome.errors.contains("'Issuer 0'"_s) && !outcome.errors.contains("'Issuer 1'"_s));
+        workshop.catalogue.writeFile("ledger"_s, "no ledger");
+        outcome = workshop.run("verify --json CATALOGUE/ledger"_s);
+        QCOMPARE(outcome.exitCode, 3);
+        QVERIFY(QJsonDocument::fromJson(outcome.output.toUtf8()).object().contains("errors"_s));
+    }
+
+    // Though 3,000 records refer to a name of 65,535 bytes.
+    void tellsNoMoreThanNeeded()
+    {
+        Workshop workshop;
+        SignedLedger ledger;
+        ledger.addKeyword(QByteArray(65535, 'k'), 3);
+        ledger.records.links.fill({0, 0, 0, 0}, 3000);
+        ledger.addPackage("\xc2\x9b", "tree", "{}");
+        ledger.records.issuers[0].name = QByteArray(65535, 'n');
+        ledger.records.packages[0].signature[0] = char(ledger.records.packages[0].signature[0] ^ 1);
+        ledger.records.packages.fill(ledger.records.packages.at(0), 3000);
+        workshop.catalogue.writeFile("ledger"_s, ledger.toByteArray());
+        for (const QString &command : {"inspect"_s, "inspect --json"_s, "verify"_s, "verify --json"_s}) {
+            const QString output = workshop.run(command + " CATALOGUE/ledger"_s).output;
+            QVERIFY2(!output.isEmpty() && output.size() < 10000000, qPrintable(command));
+            QVERIFY(!output.contains(QChar(0x9b)));
+        }
     }
 
     // The last sizes let all but the end of a file be written, or of the ledger.
@@ -251,7 +291,8 @@ private Q_SLOTS:
             {
                 const FileSizeLimit limit(size);
                 const Outcome outcome = workshop.run("publish SIGNED CATALOGUE www"_s);
-                QVERIFY2(outcome.exitCode == 1 && outcome.errors.contains(QRegularExpression("too large|full"_s)),
+                QVERIFY2(outcome.exitCode == 1
+                             && outcome.errors.contains(QRegularExpression("too large|full"_s)),
                          qPrintable(outcome.errors));
             }
             QCOMPARE(workshop.run("verify --files www"_s).exitCode, 0);
@@ -341,6 +382,29 @@ private Q_SLOTS:
         QCOMPARE(served.entryList({"*.??????"_s}, QDir::Files), QStringList());
     }
 
+    void talksToOtherServers()
+    {
+        Workshop workshop;
+        fill(workshop.catalogue);
+        ScriptedServer database;
+        database.setHandler([](const HttpRequest &request) {
+            HttpAnswer answer = HttpAnswer::with(201, request.method == "GET" ? "{\"rows\":[]}" : "{}");
+            answer.then = HttpAnswer::Stall; // closing would reset what the client still sends
+            return answer;
+        });
+        QProcess process;
+        workshop.start(process, "couchdb --url "_s + database.url("/c"_s).toString() + " CATALOGUE"_s);
+        QTRY_COMPARE(process.state(), QProcess::NotRunning);
+        QCOMPARE(process.exitCode(), 1);
+        const QByteArray errors = process.readAllStandardError();
+        QVERIFY2(errors.contains("answered for 0 of 8 documents"), errors.constData());
+        QCOMPARE(workshop.run("build SIGNED --output ledger CATALOGUE"_s).exitCode, 0);
+        database.setAnswer("/a%2Fb", HttpAnswer::with(200, workshop.content("ledger"_s)));
+        workshop.start(process, "verify --files "_s + database.url().toString() + "a%2Fb"_s);
+        QTRY_COMPARE(process.state(), QProcess::NotRunning);
+        QVERIFY(database.requests().constLast().path.startsWith("/a%2Fb/"));
+    }
+
     void serves()
     {
         Workshop workshop;
@@ -375,6 +439,18 @@ private Q_SLOTS:
         server.terminate();
         QVERIFY(server.waitForFinished());
         QCOMPARE(server.exitStatus() == QProcess::NormalExit ? server.exitCode() : -1, 0);
+
+        // A client that does not come to an end holds the server up, but not beyond a second signal.
+        workshop.start(server, "serve www"_s);
+        QTRY_VERIFY(server.canReadLine());
+        QTcpSocket client;
+        client.connectToHost("127.0.0.1"_s,
+                             quint16(QUrl(QString::fromUtf8(server.readLine()).trimmed()).port()));
+        QVERIFY(client.waitForConnected() && client.write("GET / HTTP/1.1\r\n") && client.flush());
+        ::kill(pid_t(server.processId()), SIGINT);
+        ::kill(pid_t(server.processId()), SIGTERM);
+        QVERIFY(server.waitForFinished());
+        QCOMPARE(server.exitStatus(), QProcess::CrashExit);
     }
 };
 

@@ -36,14 +36,16 @@ public:
     }
 
     /** Starts the command with the workshop as its working directory. The words of \a arguments are parted by
-     * blanks; "SIGNED" stands for the options by which the issuer signs, "CATALOGUE" for its path. */
+     * blanks; "''" is an empty one, "SIGNED" stands for the options by which the issuer signs, "CATALOGUE"
+     * for its path. */
     void start(QProcess &process, QString arguments) const
     {
         arguments.replace(QLatin1String("SIGNED"),
                           QLatin1String("--key issuer.key.pem --certificate issuer.json"));
         arguments.replace(QLatin1String("CATALOGUE"), catalogue.path());
         process.setWorkingDirectory(directory.path());
-        process.start(QStringLiteral(TAMSEL_LEDGER), arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts));
+        process.start(QStringLiteral(TAMSEL_LEDGER), arguments.split(QLatin1Char(' '), Qt::SkipEmptyParts)
+                                                         .replaceInStrings(QStringLiteral("''"), QString()));
     }
 
     Outcome run(const QString &arguments) const

@@ -12,6 +12,8 @@ namespace ts::ledger {
 // What a publisher's directory holds, as CatalogueReader has checked it. "origin" is the place of a record in
 // the directory, for messages. Plain values.
 
+constexpr qint64 largestFile = 0x7FFFFFFF - 64; // bytes; applications fetch no more of a file
+
 struct CatalogueFile
 {
     QString name;

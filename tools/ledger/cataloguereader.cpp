@@ -22,7 +22,6 @@ namespace {
 
 constexpr int largestJsonFile = 1048576;      // bytes; applications read no more of a file
 constexpr int largestNumberOfLevels = 100000; // as many as applications examine
-constexpr qint64 largestFile = 2147483647;    // bytes; applications fetch no more of a file
 
 constexpr QLatin1String manifestName = latin1("manifest.json");
 constexpr QLatin1String jsonSuffix = latin1(".json");
@@ -70,16 +69,17 @@ Catalogue CatalogueReader::read()
     bool isCatalogue = false;
     const QVector<DirectoryEntry> entries = listing.entries(root);
     for (const DirectoryEntry &entry : entries) {
-        if (entry.kind != DirectoryEntry::Directory)
+        if (entry.name != packages && entry.name != dictionary && entry.name != links)
             continue;
-        if (entry.name == packages)
+        if (entry.kind != DirectoryEntry::Directory)
+            problems.addError(listing.placeOf(entry.path), QStringLiteral("is no directory"));
+        else if (entry.name == packages)
             readPackages(entry.path, QString());
-        else if (entry.name == dictionary || entry.name == links) {
+        else {
             const QVector<DirectoryEntry> files = jsonFiles(entry.path);
             for (const DirectoryEntry &file : files)
                 entry.name == links ? readLink(file) : readKeyword(file);
-        } else
-            continue;
+        }
         isCatalogue = true;
     }
     if (!isCatalogue)
@@ -165,13 +165,15 @@ QVector<DirectoryEntry> CatalogueReader::jsonFiles(const QString &directory)
 {
     QVector<DirectoryEntry> files = listing.entries(directory);
     const auto isUseless = [this](const DirectoryEntry &entry) {
-        if (entry.kind == DirectoryEntry::File && entry.name.endsWith(jsonSuffix)) {
-            if (entry.name.indexOf(QLatin1Char('.')) == entry.name.size() - jsonSuffix.size())
-                return false;
-            problems.addError(listing.placeOf(entry.path),
-                              QStringLiteral("a dot in the name before '.json'"));
-        } else
-            problems.addWarning(listing.placeOf(entry.path), QStringLiteral("no file '*.json', passed over"));
+        const QString place = listing.placeOf(entry.path);
+        if (!entry.name.endsWith(jsonSuffix))
+            problems.addWarning(place, QStringLiteral("no file '*.json', passed over"));
+        else if (entry.kind != DirectoryEntry::File)
+            problems.addError(place, QStringLiteral("is no regular file"));
+        else if (entry.name.indexOf(QLatin1Char('.')) != entry.name.size() - jsonSuffix.size())
+            problems.addError(place, QStringLiteral("a dot in the name before '.json'"));
+        else
+            return false;
         return true;
     };
     files.erase(std::remove_if(files.begin(), files.end(), isUseless), files.end());

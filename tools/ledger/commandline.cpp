@@ -73,6 +73,9 @@ std::optional<int> CommandLine::parse(const QStringList &arguments)
                           .arg(parser.positionalArguments().at(this->arguments.size())));
     if (given < this->arguments.size())
         return refuse(QStringLiteral("%1 is missing.").arg(this->arguments.at(given)));
+    const int empty = parser.positionalArguments().indexOf(QString());
+    if (empty >= 0)
+        return refuse(QStringLiteral("%1 is empty.").arg(this->arguments.at(empty)));
     for (const Requirement &requirement : qAsConst(requirements)) {
         const QString complaint = requirement.complaint(parser);
         if (!complaint.isNull())

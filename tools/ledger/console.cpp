@@ -19,13 +19,11 @@ void tell(const char *colour, const char *kind, const QString &message)
                  coloured ? "\x1b[0m" : "", Console::printable(message).toUtf8().constData());
 }
 
-void tellAll(void (*tellOne)(const QString &), const QStringList &messages)
+void tellAll(void (*tellOne)(const QString &), const QStringList &messages, int notKept)
 {
-    const QStringList told = messages.mid(0, mostMessages);
+    const QStringList told = Console::abridged(messages, notKept, mostMessages);
     for (const QString &message : told)
         tellOne(message);
-    if (messages.size() > mostMessages)
-        tellOne(QStringLiteral("... and %1 more").arg(messages.size() - mostMessages));
 }
 
 } // namespace
@@ -51,10 +49,18 @@ void Console::hint(const QString &message)
     std::fprintf(stderr, "%s\n", message.toUtf8().constData());
 }
 
+QStringList Console::abridged(const QStringList &messages, int notKept, int most)
+{
+    QStringList result = messages.mid(0, most);
+    if (const int more = messages.size() - result.size() + notKept; more > 0)
+        result.append(QStringLiteral("... and %1 more").arg(more));
+    return result;
+}
+
 bool Console::report(const Problems &problems)
 {
-    tellAll(&Console::warning, problems.warnings);
-    tellAll(&Console::error, problems.errors);
+    tellAll(&Console::warning, problems.warnings, problems.moreWarnings);
+    tellAll(&Console::error, problems.errors, problems.moreErrors);
     return problems.errors.isEmpty();
 }
 

@@ -3,6 +3,9 @@
 #include "ledger/problems.h"
 
 #include <QString>
+#include <QStringList>
+
+#include <limits>
 
 namespace ts::ledger {
 
@@ -16,6 +19,10 @@ public:
     static void error(const QString &message);
     static void warning(const QString &message);
     static void hint(const QString &message);
+
+    /** The first \a most messages, and how many there are besides, not kept ones included. */
+    static QStringList abridged(const QStringList &messages, int notKept,
+                                int most = std::numeric_limits<int>::max());
 
     /** Tells all warnings and errors, but not hundreds of them. Returns true if there are no errors. */
     static bool report(const Problems &problems);

@@ -1,5 +1,6 @@
 #include "ledger/couchdatabase.h"
 
+#include "ledger/counted.h"
 #include "ledger/latin1.h"
 
 #include <TamselCrypto/JsonSignature>
@@ -7,6 +8,8 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QSet>
+
+#include <utility>
 
 namespace ts::ledger {
 
@@ -87,9 +90,9 @@ QJsonDocument CouchDatabase::ask(const QByteArray &method, const QUrl &place, co
         return document;
     else
         fail(QStringLiteral("%1: answered with %2 %3")
-                 .arg(place.toString(QUrl::RemoveQuery | QUrl::RemoveUserInfo))
-                 .arg(answer.status)
-                 .arg(document.object().value(QLatin1String("reason")).toString()));
+                 .arg(place.toString(QUrl::RemoveQuery | QUrl::RemoveUserInfo),
+                      QString::number(answer.status),
+                      document.object().value(QLatin1String("reason")).toString()));
     return QJsonDocument();
 }
 
@@ -165,6 +168,7 @@ bool CouchDatabase::queue(const QByteArray &json)
     if (!batch.isEmpty() && batch.size() + json.size() > largestBatch && !flush())
         return false;
     batch += (batch.isEmpty() ? QByteArray() : QByteArray(",")) + json;
+    ++batchSize;
     return true;
 }
 
@@ -173,10 +177,15 @@ bool CouchDatabase::flush()
 {
     if (batch.isEmpty())
         return true;
-    const QJsonDocument answer =
-        ask("POST", below(QStringLiteral("_bulk_docs")), "{\"docs\":[" + batch + "]}");
+    const QUrl place = below(QStringLiteral("_bulk_docs"));
+    const QJsonDocument answer = ask("POST", place, "{\"docs\":[" + batch + "]}");
+    const int sent = std::exchange(batchSize, 0);
     batch.clear();
     const QJsonArray results = answer.array();
+    if (!answer.isNull() && results.size() != sent)
+        fail(QStringLiteral("%1: answered for %2 of %3")
+                 .arg(place.toString(QUrl::RemoveUserInfo), QString::number(results.size()),
+                      counted(sent, latin1("document"))));
     for (const QJsonValue &result : results) {
         const QJsonObject row = result.toObject();
         if (row.contains(QLatin1String("error")))

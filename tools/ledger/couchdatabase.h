@@ -58,6 +58,7 @@ private:
     HttpClient client;
     QHash<QString, QJsonObject> present; // documents in the database, by id
     QByteArray batch;                    // documents in JSON, with commas between them
+    int batchSize = 0;                   // documents
     Result outcome;
     QStringList problems;
 };

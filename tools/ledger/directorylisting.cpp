@@ -40,8 +40,12 @@ QVector<DirectoryEntry> DirectoryListing::entries(const QString &directory) cons
         const QString path = directory + QLatin1Char('/') + name;
         if (name.toUtf8() != bytes)
             problems.addError(placeOf(path), QStringLiteral("the name is no UTF-8"));
-        else if (isInside(path))
-            result.append({name, path, kindOf(QFileInfo(path))});
+        else if (!isInside(path))
+            continue;
+        else if (const QFileInfo file(path); file.exists())
+            result.append({name, path, kindOf(file)});
+        else
+            problems.addError(placeOf(path), QStringLiteral("cannot be examined"));
     }
     if (error)
         problems.addError(placeOf(directory), QString::fromLocal8Bit(error.message().c_str()));

@@ -13,6 +13,12 @@ constexpr qint64 largestBody = 0x7FFFFFFF - 64; // bytes after decompression, as
 
 } // namespace
 
+QString withoutLogin(const QString &url)
+{
+    const int at = url.lastIndexOf(QLatin1Char('@'));
+    return at < 0 ? url : QLatin1String("...") + url.mid(at);
+}
+
 HttpClient::HttpClient()
 {
     manager.setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
@@ -27,7 +33,8 @@ void HttpClient::setCredentials(const QByteArray &credentials)
                                                     : QNetworkRequest::SameOriginRedirectPolicy);
 }
 
-HttpAnswer HttpClient::exchange(const QByteArray &method, const QUrl &url, const QByteArray &json)
+HttpAnswer HttpClient::exchange(const QByteArray &method, const QUrl &url, const QByteArray &json,
+                                const Taker &taker)
 {
     QNetworkRequest request(url);
     if (!authorization.isEmpty())
@@ -38,13 +45,15 @@ HttpAnswer HttpClient::exchange(const QByteArray &method, const QUrl &url, const
     QEventLoop loop;
     QObject::connect(reply.data(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
     HttpAnswer answer;
+    qint64 size = 0;
     bool isTooLarge = false;
     const auto take = [&] {
-        isTooLarge = isTooLarge || answer.body.size() + reply->bytesAvailable() > largestBody;
-        if (!isTooLarge)
-            answer.body += reply->readAll();
-        else if (!reply->isFinished())
-            reply->abort();
+        isTooLarge = isTooLarge || size + reply->bytesAvailable() > largestBody;
+        if (isTooLarge)
+            return reply->abort();
+        const QByteArray bytes = reply->readAll();
+        size += bytes.size();
+        taker ? taker(bytes) : void(answer.body += bytes);
     };
     QObject::connect(reply.data(), &QNetworkReply::readyRead, &loop, take);
     loop.exec();

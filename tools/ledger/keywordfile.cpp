@@ -2,6 +2,13 @@
 
 namespace ts::ledger {
 
+namespace {
+
+constexpr int longestLanguage =
+    0xFFFF; // bytes; the ledger's limit, which knows languages but not their files
+
+} // namespace
+
 KeywordFile::KeywordFile(const QJsonObject &object, const QString &place, Problems &problems)
     : object(object)
     , place(place)
@@ -38,6 +45,10 @@ void KeywordFile::readStrings()
     for (auto language = strings.begin(); language != strings.end(); ++language) {
         if (language.key().isEmpty() || !language.value().isArray() || language.key().contains(QChar::Null))
             problems.addError(place, QStringLiteral("no array for the language '%1'").arg(language.key()));
+        else if (const int size = language.key().toUtf8().size(); size > longestLanguage)
+            problems.addError(place, QStringLiteral("language of %1 bytes; at most %2 are possible")
+                                         .arg(size)
+                                         .arg(longestLanguage));
         else
             readForms(language.key(), language.value().toArray());
     }

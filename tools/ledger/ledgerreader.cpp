@@ -120,8 +120,8 @@ private:
         const qint64 begin = numberAt(entry + format::TagSize);
         const bool fits = begin >= format::HeaderSize && begin <= document.size() - format::SectionHeadSize;
         if (!fits || document.mid(int(begin), format::TagSize) != tag)
-            return fail(
-                QStringLiteral("No section '%1' at byte %2").arg(QString::fromLatin1(tag)).arg(begin));
+            return fail(QStringLiteral("No section '%1' at byte %2")
+                            .arg(QString::fromLatin1(tag), QString::number(begin)));
         const qint64 end = begin + format::SectionHeadSize + numberAt(begin + format::TagSize);
         if (end > document.size())
             return fail(QStringLiteral("The section '%1' is cut off").arg(QString::fromLatin1(tag)));

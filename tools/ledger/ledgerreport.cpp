@@ -1,8 +1,9 @@
 #include "ledger/ledgerreport.h"
 
+#include "ledger/console.h"
 #include "ledger/counted.h"
 #include "ledger/latin1.h"
-#include "ledger/texttable.h"
+#include "ledger/shortened.h"
 #include "ledger/typenames.h"
 
 #include <QCryptographicHash>
@@ -12,6 +13,11 @@
 namespace ts::ledger {
 
 namespace {
+
+constexpr int mostInTables = 80; // characters
+// What records in JSON call others. No directory holds an id that is longer.
+constexpr int mostInReferences = 255; // characters
+constexpr int mostInTypes = 1000;     // characters; they are made of several names
 
 QString toText(const QByteArray &bytes)
 {
@@ -68,38 +74,39 @@ QString LedgerReport::summary() const
              counted(records.links.size(), latin1("link")));
 }
 
-QString LedgerReport::toText() const
+bool LedgerReport::print() const
 {
-    return QStringList{summary(), issuerTable(), packageTable(), keywordTable(), linkTable()}.join(
-        QLatin1String("\n\n"));
+    const auto part = [](const TextTable &table) { return Console::print(QString()) && table.print(); };
+    return Console::print(summary()) && part(issuerTable()) && part(packageTable()) && part(keywordTable())
+           && part(linkTable());
 }
 
-QString LedgerReport::issuerTable() const
+TextTable LedgerReport::issuerTable() const
 {
     TextTable table({QStringLiteral("ISSUER"), QStringLiteral("SECOND NAME"), QStringLiteral("SIGNATURE"),
                      QStringLiteral("SHA-256 OF THE KEY")});
     for (int i = 0; i < records.issuers.size(); ++i) {
         const IssuerRecord &issuer = records.issuers.at(i);
-        table.addRow({ledger::toText(issuer.name), ledger::toText(issuer.secondName),
+        table.addRow({shortened(issuer.name), shortened(issuer.secondName),
                       goodOrBad(verification.issuers.at(i)), fingerprintOf(issuer)});
     }
-    return table.toText();
+    return table;
 }
 
-QString LedgerReport::packageTable() const
+TextTable LedgerReport::packageTable() const
 {
     TextTable table({QStringLiteral("TYPE"), QStringLiteral("PACKAGE"), QStringLiteral("FILES"),
                      QStringLiteral("SIGNATURE"), QStringLiteral("REVISION")});
     for (int i = 0; i < records.packages.size(); ++i) {
         const PackageRecord &package = records.packages.at(i);
-        table.addRow({ledger::toText(records.types.at(package.type)), ledger::toText(package.id),
+        table.addRow({shortened(records.types.at(package.type)), shortened(package.id),
                       QString::number(package.files.size()), goodOrBad(verification.packages.at(i)),
                       revisionOf(package)});
     }
-    return table.toText();
+    return table;
 }
 
-QString LedgerReport::keywordTable() const
+TextTable LedgerReport::keywordTable() const
 {
     TextTable table({QStringLiteral("KEYWORD"), QStringLiteral("KIND"), QStringLiteral("FIRST STRINGS")});
     for (const KeywordRecord &keyword : records.keywords) {
@@ -107,37 +114,37 @@ QString LedgerReport::keywordTable() const
         for (const TranslationRecord &translation : keyword.translations)
             strings.append(displayOf(translation.values.value(0)));
         table.addRow(
-            {ledger::toText(keyword.id), keywordTypeName(keyword.type), strings.join(QLatin1String(", "))});
+            {shortened(keyword.id), keywordTypeName(keyword.type), strings.join(QLatin1String(", "))});
     }
-    return table.toText();
+    return table;
 }
 
-QString LedgerReport::linkTable() const
+TextTable LedgerReport::linkTable() const
 {
     TextTable table({QStringLiteral("FROM"), QStringLiteral("LINK"), QStringLiteral("TO")});
     for (const LinkRecord &link : records.links)
-        table.addRow({startOf(link), linkTypeName(link.type), endOf(link)});
-    return table.toText();
+        table.addRow({startOf(link, mostInTables), linkTypeName(link.type), endOf(link, mostInTables)});
+    return table;
 }
 
-QString LedgerReport::startOf(const LinkRecord &link) const
+QString LedgerReport::startOf(const LinkRecord &link, int length) const
 {
-    return idOf(link.source, link.flags & 0x0F);
+    return idOf(link.source, link.flags & 0x0F, length);
 }
 
-QString LedgerReport::endOf(const LinkRecord &link) const
+QString LedgerReport::endOf(const LinkRecord &link, int length) const
 {
-    return idOf(link.target, link.flags > 0x0F);
+    return idOf(link.target, link.flags > 0x0F, length);
 }
 
 // A link can name what is not there.
-QString LedgerReport::idOf(quint32 index, bool isPackage) const
+QString LedgerReport::idOf(quint32 index, bool isPackage, int length) const
 {
     const qint64 count = isPackage ? records.packages.size() : records.keywords.size();
     if (qint64(index) >= count)
         return QStringLiteral("?%1").arg(index);
-    return ledger::toText(isPackage ? records.packages.at(int(index)).id
-                                    : records.keywords.at(int(index)).id);
+    return shortened(isPackage ? records.packages.at(int(index)).id : records.keywords.at(int(index)).id,
+                     length);
 }
 
 QJsonObject LedgerReport::toJson() const
@@ -172,7 +179,7 @@ QJsonObject LedgerReport::keywordJson(const KeywordRecord &keyword) const
         const auto pieces = [](const QByteArray &value) {
             return QJsonValue(mapped(value.split('\0').toVector(), &ledger::toText));
         };
-        strings.insert(ledger::toText(records.languages.at(translation.language)),
+        strings.insert(shortened(records.languages.at(translation.language), mostInReferences),
                        mapped(translation.values, pieces));
     }
     return {{QStringLiteral("id"), ledger::toText(keyword.id)},
@@ -187,8 +194,8 @@ QJsonObject LedgerReport::packageJson(int index) const
     for (const FileRecord &file : package.files)
         files.insert(ledger::toText(file.path), QString::fromLatin1(file.digest.toHex()));
     return {{QStringLiteral("id"), ledger::toText(package.id)},
-            {QStringLiteral("type"), ledger::toText(records.types.at(package.type))},
-            {QStringLiteral("issuer"), ledger::toText(records.issuers.at(package.issuer).name)},
+            {QStringLiteral("type"), shortened(records.types.at(package.type), mostInTypes)},
+            {QStringLiteral("issuer"), shortened(records.issuers.at(package.issuer).name, mostInReferences)},
             {QStringLiteral("revision"), revisionOf(package)},
             {QStringLiteral("manifest"), QJsonDocument::fromJson(package.manifest).object()},
             {QStringLiteral("files"), files},
@@ -197,9 +204,9 @@ QJsonObject LedgerReport::packageJson(int index) const
 
 QJsonObject LedgerReport::linkJson(const LinkRecord &link) const
 {
-    return {{QStringLiteral("from"), startOf(link)},
+    return {{QStringLiteral("from"), startOf(link, mostInReferences)},
             {QStringLiteral("type"), linkTypeName(link.type)},
-            {QStringLiteral("to"), endOf(link)}};
+            {QStringLiteral("to"), endOf(link, mostInReferences)}};
 }
 
 } // namespace ts::ledger

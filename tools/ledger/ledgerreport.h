@@ -2,6 +2,7 @@
 
 #include "ledger/ledgerrecords.h"
 #include "ledger/ledgerverification.h"
+#include "ledger/texttable.h"
 
 #include <QJsonObject>
 #include <QString>
@@ -15,21 +16,22 @@ public:
     /** \a records and \a verification have to outlive this. */
     LedgerReport(const LedgerRecords &records, const LedgerVerification &verification);
 
-    /** Tables with a line for each record. */
-    QString toText() const;
+    /** Prints tables with a line for each record. False, with an error told, if the output does not take it.
+     */
+    bool print() const;
     QJsonObject toJson() const;
 
     /** One line with the numbers of records. */
     QString summary() const;
 
 private:
-    QString issuerTable() const;
-    QString packageTable() const;
-    QString keywordTable() const;
-    QString linkTable() const;
-    QString startOf(const LinkRecord &link) const;
-    QString endOf(const LinkRecord &link) const;
-    QString idOf(quint32 index, bool isPackage) const;
+    TextTable issuerTable() const;
+    TextTable packageTable() const;
+    TextTable keywordTable() const;
+    TextTable linkTable() const;
+    QString startOf(const LinkRecord &link, int length) const;
+    QString endOf(const LinkRecord &link, int length) const;
+    QString idOf(quint32 index, bool isPackage, int length) const;
     QJsonObject issuerJson(int index) const;
     QJsonObject keywordJson(const KeywordRecord &keyword) const;
     QJsonObject packageJson(int index) const;

@@ -1,8 +1,11 @@
 #include "ledger/ledgersource.h"
 
+#include "ledger/catalogue.h"
+#include "ledger/filecopy.h"
 #include "ledger/httpclient.h"
 #include "ledger/servertree.h"
 
+#include <QCryptographicHash>
 #include <QFile>
 #include <QFileInfo>
 
@@ -12,18 +15,16 @@ namespace {
 
 constexpr int okStatus = 200;
 
-QByteArray download(const QUrl &url, QString *error)
+// Null, with what went wrong in \a error, if there is no good answer. As HttpClient::exchange() otherwise.
+QByteArray download(const QUrl &url, QString *error, const HttpClient::Taker &taker = {})
 {
-    const QString place = url.isValid() ? url.toString(QUrl::RemoveUserInfo) : url.errorString();
-    if (!url.isValid() || url.host().isEmpty()) {
-        *error = QStringLiteral("%1: no URL of a ledger").arg(place);
-        return QByteArray();
-    }
-    const HttpAnswer answer = HttpClient().exchange("GET", url);
+    const HttpAnswer answer = HttpClient().exchange("GET", url, {}, taker);
     if (answer.status == okStatus && answer.error.isNull())
         return answer.body + QByteArray("", 0);
-    *error = answer.error.isNull() ? QStringLiteral("%1: answered with %2").arg(place).arg(answer.status)
-                                   : answer.error;
+    *error = answer.error.isNull()
+                 ? QStringLiteral("%1: answered with %2")
+                       .arg(url.toString(QUrl::RemoveUserInfo), QString::number(answer.status))
+                 : answer.error;
     return QByteArray();
 }
 
@@ -39,6 +40,7 @@ QByteArray readFile(const QString &path, QString *error)
 } // namespace
 
 LedgerSource::LedgerSource(const QString &place)
+    : place(place)
 {
     if (place.startsWith(QLatin1String("http://")) || place.startsWith(QLatin1String("https://")))
         url = QUrl(place);
@@ -48,17 +50,35 @@ LedgerSource::LedgerSource(const QString &place)
 
 QByteArray LedgerSource::ledger(QString *error) const
 {
-    return url.isEmpty() ? readFile(path, error) : download(url, error);
+    if (!path.isEmpty())
+        return readFile(path, error);
+    if (url.isValid() && !url.host().isEmpty())
+        return download(url, error);
+    *error = QStringLiteral("%1: no URL of a ledger").arg(name());
+    return QByteArray();
 }
 
-// Files lie beside the ledger on disk, and below its URL.
-QByteArray LedgerSource::file(const QString &id, QString *error) const
+// Files lie beside the ledger on disk, and below its URL. They need not fit into the memory.
+QByteArray LedgerSource::digestOf(const QString &id, QString *error) const
 {
-    if (url.isEmpty())
-        return readFile(QFileInfo(path).path() + QLatin1Char('/') + id, error);
+    constexpr auto algorithm = QCryptographicHash::Sha224;
+    if (!path.isEmpty()) {
+        const QFileInfo file(QFileInfo(path).path() + QLatin1Char('/') + id);
+        if (file.size() <= largestFile)
+            return FileCopy::digest(file.filePath(), algorithm, error);
+        *error = QStringLiteral("%1 bytes; applications fetch at most %2").arg(file.size()).arg(largestFile);
+        return QByteArray();
+    }
     QUrl file(url);
-    file.setPath(url.path() + QLatin1Char('/') + id);
-    return download(file, error);
+    file.setPath(url.path(QUrl::FullyEncoded) + QLatin1Char('/') + id, QUrl::StrictMode);
+    QCryptographicHash hash(algorithm);
+    download(file, error, [&hash](const QByteArray &bytes) { hash.addData(bytes); });
+    return hash.result();
+}
+
+QString LedgerSource::name() const
+{
+    return path.isEmpty() ? withoutLogin(place) : place;
 }
 
 } // namespace ts::ledger

@@ -15,12 +15,16 @@ public:
     /** Null, with what went wrong in \a error, if it cannot be had. */
     QByteArray ledger(QString *error) const;
 
-    /** The content of a file that the ledger names. As ledger(). */
-    QByteArray file(const QString &id, QString *error) const;
+    /** The SHA-224 of a file that the ledger names. As ledger(). */
+    QByteArray digestOf(const QString &id, QString *error) const;
+
+    /** How messages call the ledger. */
+    QString name() const;
 
 private:
-    QUrl url;     // of the ledger; empty for one on this machine
-    QString path; // of the ledger on this machine
+    const QString place;
+    QUrl url;     // of the ledger; empty for one on this machine, and invalid if it is none
+    QString path; // of the ledger on this machine; empty for one elsewhere
 };
 
 } // namespace ts::ledger

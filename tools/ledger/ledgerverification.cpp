@@ -1,6 +1,7 @@
 #include "ledger/ledgerverification.h"
 
 #include "ledger/packagestatement.h"
+#include "ledger/shortened.h"
 #include "presentation/keyword.h"
 #include "repository/link.h"
 
@@ -17,13 +18,12 @@ namespace {
 
 QString placeOf(const PackageRecord &package)
 {
-    return QStringLiteral("package '%1'").arg(QString::fromUtf8(package.id));
+    return QStringLiteral("package '%1'").arg(shortened(package.id));
 }
 
 QString placeOf(const IssuerRecord &issuer)
 {
-    return QStringLiteral("issuer '%1' '%2'")
-        .arg(QString::fromUtf8(issuer.name), QString::fromUtf8(issuer.secondName));
+    return QStringLiteral("issuer '%1' '%2'").arg(shortened(issuer.name), shortened(issuer.secondName));
 }
 
 /** Looks for records that clients accept and have no use for. */
@@ -49,7 +49,7 @@ public:
 private:
     void check(const KeywordRecord &keyword)
     {
-        const QString place = QStringLiteral("keyword '%1'").arg(QString::fromUtf8(keyword.id));
+        const QString place = QStringLiteral("keyword '%1'").arg(shortened(keyword.id));
         checkId(keyword.id, place);
         if (keyword.type > pm::Keyword::Category)
             problems.addWarning(place, QStringLiteral("there is no keyword type %1").arg(keyword.type));
@@ -63,7 +63,7 @@ private:
                 problems.addWarning(placeOf(package),
                                     QStringLiteral("the file '%1' does not install, since it is in "
                                                    "a sub-directory")
-                                        .arg(QString::fromUtf8(file.path)));
+                                        .arg(shortened(file.path)));
         }
     }
 

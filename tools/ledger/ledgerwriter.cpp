@@ -249,28 +249,21 @@ private:
     {
         if (quint64(text.size()) > largestText)
             errors.append(QStringLiteral("%1: %2 of %3 bytes; at most %4 are possible")
-                              .arg(place, what)
-                              .arg(text.size())
-                              .arg(largestText));
+                              .arg(place, what, QString::number(text.size()), QString::number(largestText)));
     }
 
     void atMost(quint64 count, quint64 largest, const QString &what)
     {
         if (count > largest)
             errors.append(QStringLiteral("%1: %2 %3; at most %4 are possible")
-                              .arg(place)
-                              .arg(count)
-                              .arg(what)
-                              .arg(largest));
+                              .arg(place, QString::number(count), what, QString::number(largest)));
     }
 
     void exactly(const QByteArray &block, int size, const QString &what)
     {
         if (block.size() != size)
             errors.append(QStringLiteral("%1: %2 of %3 bytes; it has to have %4")
-                              .arg(place, what)
-                              .arg(block.size())
-                              .arg(size));
+                              .arg(place, what, QString::number(block.size()), QString::number(size)));
     }
 
     QString place;

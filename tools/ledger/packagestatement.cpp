@@ -16,7 +16,8 @@ QString toText(const QByteArray &bytes)
     return QString::fromUtf8(bytes.mid(0, bytes.indexOf('\0')));
 }
 
-// Of equal paths the last one counts; of paths that are equal up to a NUL, the one without.
+// Of equal spellings the last one counts; of spellings that read as one path, the exact one, or else the
+// first.
 QJsonObject filesOf(const PackageRecord &package)
 {
     QMap<QByteArray, QByteArray> digests;
@@ -25,7 +26,7 @@ QJsonObject filesOf(const PackageRecord &package)
     QJsonObject files;
     for (auto digest = digests.cbegin(); digest != digests.cend(); ++digest) {
         const QString path = toText(digest.key());
-        if (!files.contains(path))
+        if (!files.contains(path) || path.toUtf8() == digest.key())
             files.insert(path, QString::fromLatin1(digest->toHex()));
     }
     return files;

@@ -7,20 +7,36 @@ namespace ts::ledger {
 
 /**
  * What is wrong with the input of a publisher, collected so that one run tells all of it. A message begins
- * with the place, as in "packages/plant/oak/manifest.json". A value; one thread.
+ * with the place, as in "packages/plant/oak/manifest.json". Of thousands the first are kept: a stranger's
+ * ledger can be wrong in millions of places. A value; one thread.
  */
 struct Problems
 {
     QStringList errors;   ///< nothing is written while there is one
     QStringList warnings; ///< worth knowing, but no obstacle
 
-    void addError(const QString &place, const QString &text) { errors.append(message(place, text)); }
-    void addWarning(const QString &place, const QString &text) { warnings.append(message(place, text)); }
+    int moreErrors = 0; ///< not kept, only counted
+    int moreWarnings = 0;
+
+    void addError(const QString &place, const QString &text) { add(errors, moreErrors, place, text); }
+    void addWarning(const QString &place, const QString &text) { add(warnings, moreWarnings, place, text); }
+
+    void add(const Problems &others)
+    {
+        errors += others.errors;
+        warnings += others.warnings;
+        moreErrors += others.moreErrors;
+        moreWarnings += others.moreWarnings;
+    }
 
 private:
-    static QString message(const QString &place, const QString &text)
+    static void add(QStringList &messages, int &more, const QString &place, const QString &text)
     {
-        return place + QLatin1String(": ") + text;
+        constexpr int mostKept = 5000;
+        if (messages.size() < mostKept)
+            messages.append(place + QLatin1String(": ") + text);
+        else
+            ++more;
     }
 };
 

@@ -3,6 +3,7 @@
 #include "ledger/filecopy.h"
 #include "ledger/ledgerreader.h"
 #include "ledger/progress.h"
+#include "ledger/shortened.h"
 #include "ledger/treelock.h"
 
 #include <TamselUtil/FileUtils>
@@ -112,7 +113,7 @@ bool Publisher::collectTasks(const LedgerRecords &records, const Catalogue &cata
             seen.insert(file.digest);
             if (!files.contains(file.digest))
                 fail(QStringLiteral("package '%1': the directory has no file with the content of '%2'")
-                         .arg(QString::fromUtf8(package.id), QString::fromUtf8(file.path)));
+                         .arg(shortened(package.id), shortened(file.path)));
             tasks.append({files.value(file.digest), QString(), false});
         }
     }

@@ -11,10 +11,11 @@ class TextTable
 public:
     explicit TextTable(const QStringList &head) { addRow(head); }
 
-    /** As many cells as the head has. */
-    void addRow(const QStringList &cells) { rows.append(cells); }
+    /** As many cells as the head has; long ones are cut. */
+    void addRow(const QStringList &cells);
 
-    QString toText() const;
+    /** False, with an error told, if the output does not take it. */
+    bool print() const;
 
 private:
     QVector<QStringList> rows;

@@ -72,8 +72,8 @@ void TreeServer::logRequests()
     server->set_logger([](const httplib::Request &request, const httplib::Response &response) {
         Console::print(QStringLiteral("%1 %2 %3")
                            .arg(QString::fromStdString(request.method),
-                                Console::printable(QString::fromStdString(request.path)))
-                           .arg(response.status));
+                                Console::printable(QString::fromStdString(request.path)),
+                                QString::number(response.status)));
     });
 }
 

@@ -98,7 +98,8 @@ std::optional<int> checkOptions(const CommandLine &line)
         return line.refuse(QStringLiteral("--url and --output do not go together."));
     const QString scheme = QUrl(line.value(urlOption)).scheme();
     if (line.isSet(urlOption) && scheme != QLatin1String("http") && scheme != QLatin1String("https"))
-        return line.refuse(QStringLiteral("'%1' is no URL of a database.").arg(line.value(urlOption)));
+        return line.refuse(
+            QStringLiteral("'%1' is no URL of a database.").arg(withoutLogin(line.value(urlOption))));
     return std::nullopt;
 }
 

@@ -6,8 +6,8 @@
 #include "ledger/ledgerreader.h"
 #include "ledger/ledgerreport.h"
 #include "ledger/ledgersource.h"
+#include "ledger/shortened.h"
 
-#include <QCryptographicHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QSet>
@@ -18,6 +18,30 @@ namespace {
 
 constexpr QLatin1String filesOption = latin1("files");
 constexpr QLatin1String jsonOption = latin1("json");
+
+// JSON lets stand what a terminal obeys, or shows in another order.
+QString escaped(const QString &json)
+{
+    QString result;
+    result.reserve(json.size());
+    for (const QChar character : json) {
+        if (character.isPrint() || character.isSurrogate() || character == QLatin1Char('\n'))
+            result += character;
+        else
+            result += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return result;
+}
+
+bool printJson(const QJsonObject &object)
+{
+    return Console::print(escaped(QString::fromUtf8(QJsonDocument(object).toJson()).trimmed()));
+}
+
+QJsonObject verdict(bool isGood, const QStringList &errors)
+{
+    return {{QStringLiteral("good"), isGood}, {QStringLiteral("errors"), QJsonArray::fromStringList(errors)}};
+}
 
 /** A ledger that is looked at: what "verify" and "inspect" have in common. */
 class Looking
@@ -42,16 +66,15 @@ public:
         QString error;
         Problems problems;
         const auto root = rootKey(line, problems);
-        const QByteArray document = LedgerSource(line.argument(0)).ledger(&error);
+        const LedgerSource source(line.argument(0));
+        const QByteArray document = source.ledger(&error);
         if (!error.isNull())
             problems.errors.append(error);
         if (!Console::report(problems))
             return Failure;
         const auto read = LedgerReader::read(document, &error);
-        if (!read) {
-            Console::error(QStringLiteral("%1: %2").arg(line.argument(0), error));
-            return NotValid;
-        }
+        if (!read)
+            return refuse(QStringLiteral("%1: %2").arg(source.name(), error));
         records = *read;
         verification = LedgerVerification::of(records, root);
         return std::nullopt;
@@ -79,24 +102,26 @@ public:
     LedgerVerification verification;
 
 private:
+    int refuse(const QString &error) const
+    {
+        if (line.isSet(jsonOption))
+            return printJson(verdict(false, {error})) ? NotValid : Failure;
+        Console::error(error);
+        return NotValid;
+    }
+
     void checkFile(const LedgerSource &source, const PackageRecord &package, const FileRecord &file)
     {
         QString error;
-        const QByteArray content = source.file(QString::fromLatin1(file.digest.toHex()), &error);
-        if (error.isNull() && QCryptographicHash::hash(content, QCryptographicHash::Sha224) != file.digest)
+        const QByteArray digest = source.digestOf(QString::fromLatin1(file.digest.toHex()), &error);
+        if (error.isNull() && digest != file.digest)
             error = QStringLiteral("the content is another one");
         if (!error.isNull())
             verification.problems.addError(
-                QStringLiteral("package '%1', file '%2'")
-                    .arg(QString::fromUtf8(package.id), QString::fromUtf8(file.path)),
+                QStringLiteral("package '%1', file '%2'").arg(shortened(package.id), shortened(file.path)),
                 error);
     }
 };
-
-bool printJson(const QJsonObject &object)
-{
-    return Console::print(QString::fromUtf8(QJsonDocument(object).toJson()).trimmed());
-}
 
 } // namespace
 
@@ -107,8 +132,7 @@ int inspect(const QStringList &arguments)
     if (const auto exitCode = looking.look(arguments))
         return *exitCode;
     const LedgerReport report(looking.records, looking.verification);
-    const bool printed =
-        looking.line.isSet(jsonOption) ? printJson(report.toJson()) : Console::print(report.toText());
+    const bool printed = looking.line.isSet(jsonOption) ? printJson(report.toJson()) : report.print();
     return printed ? Success : Failure;
 }
 
@@ -127,9 +151,10 @@ int verify(const QStringList &arguments)
     const QString summary = LedgerReport(looking.records, looking.verification).summary();
     bool printed = true;
     if (looking.line.isSet(jsonOption)) {
-        printed = printJson({{QStringLiteral("good"), looking.isGood()},
-                             {QStringLiteral("errors"), QJsonArray::fromStringList(problems.errors)},
-                             {QStringLiteral("warnings"), QJsonArray::fromStringList(problems.warnings)}});
+        QJsonObject json = verdict(looking.isGood(), Console::abridged(problems.errors, problems.moreErrors));
+        json.insert(QStringLiteral("warnings"),
+                    QJsonArray::fromStringList(Console::abridged(problems.warnings, problems.moreWarnings)));
+        printed = printJson(json);
     } else {
         Console::report(problems);
         printed = Console::print((looking.isGood() ? QStringLiteral("good: ") : QStringLiteral("not good: "))

@@ -29,10 +29,12 @@ public:
         pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     }
 
+    /** The next one ends the program at once: clients that never finish can keep a server from its end. */
     void wait() const
     {
         int signal = 0;
         sigwait(&signals, &signal);
+        pthread_sigmask(SIG_UNBLOCK, &signals, nullptr);
     }
 
 private:

@@ -119,9 +119,7 @@ void SignedCatalogue::takeLedger(const QString &path, const CommandLine &line, P
         return problems.addError(path, error);
     records = *read;
     ledger = document;
-    const Problems found = LedgerVerification::of(records, root).problems;
-    problems.errors += found.errors;
-    problems.warnings += found.warnings;
+    problems.add(LedgerVerification::of(records, root).problems);
 }
 
 } // namespace ts::ledger
