@@ -60,6 +60,11 @@ bool PackageRepositoryPrivate::forEachSource(const std::function<void(PackageSou
     return true;
 }
 
+bool PackageRepositoryPrivate::persistAll()
+{
+    return forEachSource([](PackageSource *source) { source->persist(); });
+}
+
 PackageRepository::PackageRepository(SourcePersistencePolicy policy, QObject *parent)
     : QObject(parent)
     , d(new PackageRepositoryPrivate(this, policy))
@@ -117,7 +122,7 @@ QSharedPointer<PackageIndex> PackageRepository::packageIndex() const
 
 void PackageRepository::persistSources()
 {
-    d->forEachSource(&PackageSource::persist);
+    d->persistAll();
 }
 
 void PackageRepository::scheduleUpdate()
@@ -148,7 +153,7 @@ void PackageRepository::update()
 void PackageRepository::finishUpdate()
 {
     d->index = d->watcher->result();
-    if (d->policy == PersistAfterUpdate && !d->forEachSource(&PackageSource::persist))
+    if (d->policy == PersistAfterUpdate && !d->persistAll())
         return;
     Q_EMIT packageIndexChanged();
 }
@@ -159,7 +164,7 @@ void PackageRepository::scheduleSourceUpdate()
     if (d->updatingSources || !d->sourceUpdateDeadline.hasExpired())
         return;
     d->updatingSources = true;
-    if (!d->forEachSource(&PackageSource::update))
+    if (!d->forEachSource([](PackageSource *source) { source->update(); }))
         return;
     d->updatingSources = false;
     d->sourceUpdateDeadline.setRemainingTime(sourceUpdateInterval, Qt::CoarseTimer);

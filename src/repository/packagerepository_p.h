@@ -19,6 +19,7 @@ public:
 
     void retire();
     bool forEachSource(const std::function<void(PackageSource *)> &call);
+    bool persistAll();
     void trackTranslation(const QString &id);
     void loadTranslation(PackageReference *reference);
     void notifyPendingTranslations();
