@@ -446,11 +446,13 @@ private Q_SLOTS:
         QTcpSocket client;
         client.connectToHost("127.0.0.1"_s,
                              quint16(QUrl(QString::fromUtf8(server.readLine()).trimmed()).port()));
-        QVERIFY(client.waitForConnected() && client.write("GET / HTTP/1.1\r\n") && client.flush());
+        QVERIFY(client.waitForConnected() && client.write("GET / HTTP/1.1\r\n"));
+        QTimer trickle;
+        connect(&trickle, &QTimer::timeout, this, [&client] { client.write("X: y\r\n"); });
+        trickle.start(100);
         ::kill(pid_t(server.processId()), SIGINT);
         ::kill(pid_t(server.processId()), SIGTERM);
-        QVERIFY(server.waitForFinished());
-        QCOMPARE(server.exitStatus(), QProcess::CrashExit);
+        QTRY_COMPARE_WITH_TIMEOUT(server.state(), QProcess::NotRunning, 20000);
     }
 };
 
