@@ -9,8 +9,8 @@
 #include "presentation/matcheskeywordsearch.h"
 #include "presentation/packagedata.h"
 #include "presentation/packagelistmodel.h"
-#include "stage.h"
 #include "support/logcapture.h"
+#include "support/stage.h"
 
 #include <QTimer>
 #include <QtTest>

@@ -5,7 +5,7 @@
 #include "presentation/packagematchergroup.h"
 #include "presentation/sortbyintegerfield.h"
 #include "presentation/sortbystringfield.h"
-#include "stage.h"
+#include "support/stage.h"
 
 #include <QtTest>
 

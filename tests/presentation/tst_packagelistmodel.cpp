@@ -3,9 +3,9 @@
 #include "presentation/manifestfilefield.h"
 #include "presentation/manifeststringfield.h"
 #include "presentation/packagelistmodel.h"
-#include "stage.h"
 #include "support/fakeclock.h"
 #include "support/logcapture.h"
+#include "support/stage.h"
 
 #include <QFutureWatcher>
 #include <QRandomGenerator>

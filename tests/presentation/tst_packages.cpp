@@ -6,9 +6,9 @@
 #include "presentation/manifeststringfield.h"
 #include "presentation/packagedata.h"
 #include "presentation/packagereference.h"
-#include "stage.h"
 #include "support/fakeclock.h"
 #include "support/logcapture.h"
+#include "support/stage.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>

@@ -2,9 +2,9 @@
 #include "index/packagenode.h"
 #include "presentation/packagereference.h"
 
-#include "presentation/stage.h"
 #include "support/fakeclock.h"
 #include "support/logcapture.h"
+#include "support/stage.h"
 
 #include <QTranslator>
 #include <QtTest>
