@@ -77,7 +77,7 @@ public:
     /** A QNetworkReply::NetworkError as a number; 0 is no error. */
     int error() const;
 
-    /** The error for people; empty without one. */
+    /** The error for people, without the credentials of a URL; empty without one. */
     QString errorString() const;
 
     /** The body, unless it went to the data sink. */

@@ -26,6 +26,13 @@ void dropCredentials(QNetworkRequest *request)
         request->setRawHeader(name, QByteArray()); // a null value removes the header
 }
 
+// Qt's own text may tell the whole URL, and error texts go to logs.
+QString errorTextOf(const QNetworkReply &reply)
+{
+    const QUrl url = reply.url();
+    return reply.errorString().replace(url.toString(), url.toString(QUrl::RemoveUserInfo));
+}
+
 } // namespace
 
 RequestPrivate::RequestPrivate(Request *q, const QNetworkRequest &request, QNetworkAccessManager *manager)
@@ -223,7 +230,7 @@ void RequestPrivate::endBody()
     if (!alive || settled)
         return;
     if (reply->error() != QNetworkReply::NoError)
-        return settle(reply->error(), reply->errorString());
+        return settle(reply->error(), errorTextOf(*reply));
     if (status == 0)
         return settle(QNetworkReply::ProtocolFailure, QStringLiteral("Not an HTTP answer"));
     if (declaredSize() > received || (inflater && received > 0 && !inflater->isComplete()))
