@@ -2,6 +2,7 @@
 
 #include "ledger/console.h"
 #include "ledger/counted.h"
+#include "ledger/jsonprinter.h"
 #include "ledger/latin1.h"
 #include "ledger/shortened.h"
 #include "ledger/typenames.h"
@@ -147,20 +148,15 @@ QString LedgerReport::idOf(quint32 index, bool isPackage, int length) const
                      length);
 }
 
-QJsonObject LedgerReport::toJson() const
+bool LedgerReport::printJson() const
 {
-    QJsonArray issuers;
-    for (int i = 0; i < records.issuers.size(); ++i)
-        issuers.append(issuerJson(i));
-    QJsonArray packages;
-    for (int i = 0; i < records.packages.size(); ++i)
-        packages.append(packageJson(i));
-    return {{QStringLiteral("issuers"), issuers},
-            {QStringLiteral("languages"), mapped(records.languages, &ledger::toText)},
-            {QStringLiteral("keywords"),
-             mapped(records.keywords, [this](const auto &k) { return keywordJson(k); })},
-            {QStringLiteral("packages"), packages},
-            {QStringLiteral("links"), mapped(records.links, [this](const auto &l) { return linkJson(l); })}};
+    return JsonPrinter::print(
+        {{QStringLiteral("issuers"), records.issuers.size(), [this](int i) { return issuerJson(i); }},
+         {QStringLiteral("keywords"), records.keywords.size(), [this](int i) { return keywordJson(i); }},
+         {QStringLiteral("languages"), records.languages.size(),
+          [this](int i) { return ledger::toText(records.languages.at(i)); }},
+         {QStringLiteral("links"), records.links.size(), [this](int i) { return linkJson(i); }},
+         {QStringLiteral("packages"), records.packages.size(), [this](int i) { return packageJson(i); }}});
 }
 
 QJsonObject LedgerReport::issuerJson(int index) const
@@ -172,8 +168,9 @@ QJsonObject LedgerReport::issuerJson(int index) const
             {QStringLiteral("signatureGood"), verification.issuers.at(index)}};
 }
 
-QJsonObject LedgerReport::keywordJson(const KeywordRecord &keyword) const
+QJsonObject LedgerReport::keywordJson(int index) const
 {
+    const KeywordRecord &keyword = records.keywords.at(index);
     QJsonObject strings;
     for (const TranslationRecord &translation : keyword.translations) {
         const auto pieces = [](const QByteArray &value) {
@@ -202,8 +199,9 @@ QJsonObject LedgerReport::packageJson(int index) const
             {QStringLiteral("signatureGood"), verification.packages.at(index)}};
 }
 
-QJsonObject LedgerReport::linkJson(const LinkRecord &link) const
+QJsonObject LedgerReport::linkJson(int index) const
 {
+    const LinkRecord &link = records.links.at(index);
     return {{QStringLiteral("from"), startOf(link, mostInReferences)},
             {QStringLiteral("type"), linkTypeName(link.type)},
             {QStringLiteral("to"), endOf(link, mostInReferences)}};

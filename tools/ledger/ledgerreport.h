@@ -19,7 +19,9 @@ public:
     /** Prints tables with a line for each record. False, with an error told, if the output does not take it.
      */
     bool print() const;
-    QJsonObject toJson() const;
+
+    /** Prints all that the records hold, as one JSON object. False as for print(). */
+    bool printJson() const;
 
     /** One line with the numbers of records. */
     QString summary() const;
@@ -33,9 +35,9 @@ private:
     QString endOf(const LinkRecord &link, int length) const;
     QString idOf(quint32 index, bool isPackage, int length) const;
     QJsonObject issuerJson(int index) const;
-    QJsonObject keywordJson(const KeywordRecord &keyword) const;
+    QJsonObject keywordJson(int index) const;
     QJsonObject packageJson(int index) const;
-    QJsonObject linkJson(const LinkRecord &link) const;
+    QJsonObject linkJson(int index) const;
 
     const LedgerRecords &records;
     const LedgerVerification &verification;

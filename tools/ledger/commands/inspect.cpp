@@ -2,6 +2,7 @@
 #include "ledger/commands/commands.h"
 #include "ledger/commands/signedcatalogue.h"
 #include "ledger/console.h"
+#include "ledger/jsonprinter.h"
 #include "ledger/latin1.h"
 #include "ledger/ledgerreader.h"
 #include "ledger/ledgerreport.h"
@@ -9,7 +10,7 @@
 #include "ledger/shortened.h"
 
 #include <QJsonArray>
-#include <QJsonDocument>
+#include <QJsonObject>
 #include <QSet>
 
 namespace ts::ledger {
@@ -18,25 +19,6 @@ namespace {
 
 constexpr QLatin1String filesOption = latin1("files");
 constexpr QLatin1String jsonOption = latin1("json");
-
-// JSON lets stand what a terminal obeys, or shows in another order.
-QString escaped(const QString &json)
-{
-    QString result;
-    result.reserve(json.size());
-    for (const QChar character : json) {
-        if (character.isPrint() || character.isSurrogate() || character == QLatin1Char('\n'))
-            result += character;
-        else
-            result += QStringLiteral("\\u%1").arg(character.unicode(), 4, 16, QLatin1Char('0'));
-    }
-    return result;
-}
-
-bool printJson(const QJsonObject &object)
-{
-    return Console::print(escaped(QString::fromUtf8(QJsonDocument(object).toJson()).trimmed()));
-}
 
 QJsonObject verdict(bool isGood, const QStringList &errors)
 {
@@ -105,7 +87,7 @@ private:
     int refuse(const QString &error) const
     {
         if (line.isSet(jsonOption))
-            return printJson(verdict(false, {error})) ? NotValid : Failure;
+            return JsonPrinter::print(verdict(false, {error})) ? NotValid : Failure;
         Console::error(error);
         return NotValid;
     }
@@ -132,7 +114,7 @@ int inspect(const QStringList &arguments)
     if (const auto exitCode = looking.look(arguments))
         return *exitCode;
     const LedgerReport report(looking.records, looking.verification);
-    const bool printed = looking.line.isSet(jsonOption) ? printJson(report.toJson()) : report.print();
+    const bool printed = looking.line.isSet(jsonOption) ? report.printJson() : report.print();
     return printed ? Success : Failure;
 }
 
@@ -154,7 +136,7 @@ int verify(const QStringList &arguments)
         QJsonObject json = verdict(looking.isGood(), Console::abridged(problems.errors, problems.moreErrors));
         json.insert(QStringLiteral("warnings"),
                     QJsonArray::fromStringList(Console::abridged(problems.warnings, problems.moreWarnings)));
-        printed = printJson(json);
+        printed = JsonPrinter::print(json);
     } else {
         Console::report(problems);
         printed = Console::print((looking.isGood() ? QStringLiteral("good: ") : QStringLiteral("not good: "))
