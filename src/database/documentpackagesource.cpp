@@ -8,6 +8,8 @@
 #include <TamselDataCore/Context>
 
 #include <QCryptographicHash>
+#include <QJsonArray>
+#include <QJsonDocument>
 #include <QUrlQuery>
 
 namespace ts::pm {
@@ -31,6 +33,11 @@ void addItem(QUrlQuery &query, const char *key, QString value)
     query.addQueryItem(QLatin1String(key), value);
 }
 
+QString toText(const QJsonArray &key)
+{
+    return QString::fromUtf8(QJsonDocument(key).toJson(QJsonDocument::Compact));
+}
+
 } // namespace
 
 DocumentPackageSourcePrivate::DocumentPackageSourcePrivate(DocumentPackageSource *q, const QString &type)
@@ -45,8 +52,8 @@ DocumentPackageSourcePrivate::DocumentPackageSourcePrivate(DocumentPackageSource
 QUrl DocumentPackageSourcePrivate::viewUrl() const
 {
     QUrlQuery query;
-    addItem(query, "start_key", QStringLiteral("[\"%1\",0]").arg(type));
-    addItem(query, "end_key", QStringLiteral("[\"%1\",[]]").arg(type));
+    addItem(query, "start_key", toText({type, 0}));
+    addItem(query, "end_key", toText({type, QJsonArray()}));
     addItem(query, "include_docs", QStringLiteral("true"));
     QUrl url(q->baseUrl().toString() + QLatin1String("/_design/melvoro/_view/by_type"));
     url.setQuery(query);

@@ -47,7 +47,7 @@ struct Stage
         const QString hash =
             QString::fromLatin1(QCryptographicHash::hash(url, QCryptographicHash::Md5).toHex());
         directory.setPath(ts::Locations::dataLocation().filePath(
-            (hasDocuments ? "packages/my.a+b%41&c/"_s : "packages/couchdb/"_s) + hash));
+            (hasDocuments ? "packages/my.a+b%41&c\"/"_s : "packages/couchdb/"_s) + hash));
         start();
     }
 
@@ -58,7 +58,7 @@ struct Stage
         source.reset();
         context = std::make_unique<ts::data::Context>(url, "db"_s);
         if (hasDocuments)
-            source = std::make_unique<DocumentPackageSource>("my:a+b%41&c"_s, context.get());
+            source = std::make_unique<DocumentPackageSource>("my:a+b%41&c\""_s, context.get());
         else
             source = std::make_unique<CouchDBPackageSource>(QUrl(url.toString() + "/db"_s), &manager);
     }
@@ -173,21 +173,22 @@ private Q_SLOTS:
         QCOMPARE(stage.server.requests().size(), 3);
         const HttpRequest request = stage.server.requests().constFirst();
         QCOMPARE(request.headers.value("connection"), QByteArray("close"));
-        QCOMPARE(request.path, hasDocuments
-                                   ? "/db/_design/melvoro/_view/by_type?start_key=[%22my:a%2Bb%2541%26c%22,0]"
-                                     "&end_key=[%22my:a%2Bb%2541%26c%22,[]]&include_docs=true"
-                                   : "/db/_design/tamsel/_view/packages");
+        QCOMPARE(request.path,
+                 hasDocuments
+                     ? "/db/_design/melvoro/_view/by_type?start_key=[%22my:a%2Bb%2541%26c%5C%22%22,0]"
+                       "&end_key=[%22my:a%2Bb%2541%26c%5C%22%22,[]]&include_docs=true"
+                     : "/db/_design/tamsel/_view/packages");
     }
 
     void takesAnswers()
     {
         Stage stage;
         const QString gained =
-            hasDocuments ? " | info: Updating document packages for type my:a+b%41&c new hash HASH"_s
+            hasDocuments ? " | info: Updating document packages for type my:a+b%41&c\\ new hash HASH"_s
                          : " | info: Finished update - new package list hash HASH"_s;
         const QString same =
             hasDocuments
-                ? " | debug: Document package update finished, no update required for type my:a+b%41&c"_s
+                ? " | debug: Document package update finished, no update required for type my:a+b%41&c\\"_s
                 : QString();
         const auto failure = [](int networkError, int status) {
             return hasDocuments
@@ -264,7 +265,7 @@ private Q_SLOTS:
             return stage.news() + " "_s + stage.ids();
         };
         const QString persisted = " | info: Persisted package list HASH"_s;
-        const QString loaded = hasDocuments ? " | info: Loaded persisted document list my:a+b%41&c HASH "_s
+        const QString loaded = hasDocuments ? " | info: Loaded persisted document list my:a+b%41&c\\ HASH "_s
                                             : " | info: Loaded persisted package list HASH "_s;
         QCOMPARE(persist(), QString());
         QVERIFY(stage.directory.exists() && stage.files().isEmpty());
