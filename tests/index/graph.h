@@ -11,7 +11,7 @@ namespace ts::pm::test {
 
 /** Builds an index from catalogues in ascending priority. */
 inline QSharedPointer<PackageIndex> buildIndex(const QVector<MemoryCatalogue> &catalogues,
-                                               const MemoryCatalogue::InstallerFactory &installers = {})
+                                               const MemoryOffer::Installers &installers = {})
 {
     const auto index = QSharedPointer<PackageIndex>::create();
     for (const MemoryCatalogue &catalogue : catalogues) {

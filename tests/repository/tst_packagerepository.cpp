@@ -132,7 +132,7 @@ private Q_SLOTS:
         stage->repository()->update();
         QCoreApplication::processEvents(); // starts the scheduled one as well
         QCOMPARE(stage->source.accessors, 2);
-        stage->source.listener = {};
+        stage->source.listener = [](const char *) {};
         stage->catalogue.addPackage("p"_s, "second"_s);
         stage->repository()->update();
         QVERIFY(changed.wait());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "files.h"
+#include "literals.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -27,28 +28,24 @@ public:
 
     void writePackage(const QString &typePath, const QString &id, const QJsonObject &manifest = {})
     {
-        writeFile(QStringLiteral("packages/%1/%2/manifest.json").arg(typePath, id),
-                  QJsonDocument(manifest).toJson());
+        writeFile("packages/%1/%2/manifest.json"_s.arg(typePath, id), QJsonDocument(manifest).toJson());
     }
 
     /** One string for each language. */
     void writeKeyword(const QString &id, const QString &type, const QString &german, const QString &english)
     {
-        const auto stringOf = [isNoun = type == QLatin1String("noun")](const QString &text) {
-            const QJsonObject noun{{QStringLiteral("sg"), text}, {QStringLiteral("pl"), QString()}};
-            return QJsonArray{isNoun ? QJsonValue(noun) : QJsonValue(text)};
+        const auto stringOf = [isNoun = type == "noun"_s](const QString &text) {
+            return QJsonArray{isNoun ? QJsonValue(QJsonObject{{"sg"_s, text}, {"pl"_s, QString()}}) : text};
         };
-        const QJsonObject strings{{QStringLiteral("de"), stringOf(german)},
-                                  {QStringLiteral("en"), stringOf(english)}};
-        const QJsonObject keyword{{QStringLiteral("type"), type}, {QStringLiteral("strings"), strings}};
-        writeFile(QStringLiteral("dictionary/%1.json").arg(id), QJsonDocument(keyword).toJson());
+        const QJsonObject strings{{"de"_s, stringOf(german)}, {"en"_s, stringOf(english)}};
+        const QJsonObject keyword{{"type"_s, type}, {"strings"_s, strings}};
+        writeFile("dictionary/%1.json"_s.arg(id), QJsonDocument(keyword).toJson());
     }
 
     void writeLink(const QString &from, const QString &type, const QString &to)
     {
-        const QJsonObject link{
-            {QStringLiteral("from"), from}, {QStringLiteral("type"), type}, {QStringLiteral("to"), to}};
-        writeFile(QStringLiteral("links/%1.json").arg(++links), QJsonDocument(link).toJson());
+        const QJsonObject link{{"from"_s, from}, {"type"_s, type}, {"to"_s, to}};
+        writeFile("links/%1.json"_s.arg(++links), QJsonDocument(link).toJson());
     }
 
 private:

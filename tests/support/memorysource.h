@@ -1,5 +1,6 @@
 #pragma once
 
+#include "literals.h"
 #include "manualinstaller.h"
 #include "repository/packageaccessor.h"
 #include "repository/packagesource.h"
@@ -11,13 +12,9 @@
 
 namespace ts::pm::test {
 
-/** What a MemorySource offers: records that stand in memory, as a test writes them down. */
+/** Records that stand in memory, as a test writes them down. */
 struct MemoryCatalogue
 {
-    using InstallerFactory = std::function<PackageInstaller *(const QString &id, const InstallLocation &)>;
-    /** Is told of calls: "languages", "initialize", "links", "manifest", and "gone" in the end. */
-    using Listener = std::function<void(const char *call)>;
-
     void addPackage(const QString &id, const QString &type = QString(), const QJsonObject &manifest = {})
     {
         packages.append({id, type, QString()});
@@ -27,10 +24,7 @@ struct MemoryCatalogue
     /** One string for each language: a name, category and so on; of a noun the singular. */
     void addKeyword(const QString &id, Keyword::Type type, const QString &german, const QString &english)
     {
-        keywords.append(
-            {id,
-             type,
-             {{QStringLiteral("de"), german, QString()}, {QStringLiteral("en"), english, QString()}}});
+        keywords.append({id, type, {{"de"_s, german, QString()}, {"en"_s, english, QString()}}});
     }
 
     void addLink(const QString &from, LinkType type, const QString &to) { links.append({type, from, to}); }
@@ -38,67 +32,68 @@ struct MemoryCatalogue
     QVector<PackageInfo> packages;
     QVector<KeywordInfo> keywords;
     QVector<LinkInfo> links;
-    QStringList languages{QStringLiteral("de"), QStringLiteral("en")};
+    QStringList languages{"de"_s, "en"_s};
     QHash<QString, QJsonObject> manifests; // by package id
+};
+
+/** What a MemorySource hands out, as it stands when an accessor is made. */
+struct MemoryOffer
+{
+    using Installers = std::function<PackageInstaller *(const QString &id, const InstallLocation &)>;
+
+    MemoryCatalogue catalogue;
+    Installers installers; // ManualInstaller if there are none
+    /** Is told of calls: "languages", "initialize", "links", "manifest", and "gone" in the end. */
+    std::function<void(const char *call)> listener = [](const char *) {};
 };
 
 class MemoryAccessor : public PackageAccessor
 {
 public:
-    MemoryAccessor(const MemoryCatalogue &catalogue, const MemoryCatalogue::InstallerFactory &installers,
-                   const MemoryCatalogue::Listener &listener)
-        : catalogue(catalogue)
-        , installers(installers)
-        , listener(listener)
+    explicit MemoryAccessor(const MemoryOffer &offer)
+        : offer(offer)
     {
     }
-    ~MemoryAccessor() override { tell("gone"); }
+    ~MemoryAccessor() override { offer.listener("gone"); }
 
-    void initialize() override { tell("initialize"); }
+    void initialize() override { offer.listener("initialize"); }
     int packageCount() const override { return catalogue.packages.size(); }
     PackageInfo packageInfo(int index) const override { return catalogue.packages.at(index); }
     QJsonObject packageManifest(int index) const override
     {
-        tell("manifest");
+        offer.listener("manifest");
         return catalogue.manifests.value(catalogue.packages.at(index).id);
     }
     QUrl packageFileUrl(int index, const QString &name) const override
     {
-        return QUrl(QStringLiteral("memory:/%1/%2").arg(catalogue.packages.at(index).id, name));
+        return QUrl("memory:/%1/%2"_s.arg(catalogue.packages.at(index).id, name));
     }
     PackageInstaller *packageInstaller(int index, const InstallLocation &location) const override
     {
-        return installers ? installers(catalogue.packages.at(index).id, location)
-                          : new ManualInstaller(location);
+        return offer.installers ? offer.installers(catalogue.packages.at(index).id, location)
+                                : new ManualInstaller(location);
     }
     int keywordCount() const override { return catalogue.keywords.size(); }
     KeywordInfo keywordInfo(int index) const override { return catalogue.keywords.at(index); }
     QStringList keywordLanguages() const override
     {
-        tell("languages");
+        offer.listener("languages");
         return catalogue.languages;
     }
     int linkCount() const override
     {
-        tell("links");
+        offer.listener("links");
         return catalogue.links.size();
     }
     LinkInfo linkInfo(int index) const override { return catalogue.links.at(index); }
 
 private:
-    void tell(const char *call) const
-    {
-        if (listener)
-            listener(call);
-    }
-
-    const MemoryCatalogue catalogue;
-    const MemoryCatalogue::InstallerFactory installers;
-    const MemoryCatalogue::Listener listener;
+    const MemoryOffer offer;
+    const MemoryCatalogue &catalogue = offer.catalogue;
 };
 
-/** A source of records that stand in memory. Packages install by ManualInstaller unless a factory is set. */
-class MemorySource : public PackageSource
+/** A source of records that stand in memory. */
+class MemorySource : public PackageSource, public MemoryOffer
 {
     Q_OBJECT
 
@@ -112,21 +107,14 @@ public:
     PackageAccessor *getAccessor() const override
     {
         ++accessors;
-        return new MemoryAccessor(catalogue, installers, listener);
+        return new MemoryAccessor(*this);
     }
-    void persist() override
-    {
-        if (onPersist)
-            onPersist();
-    }
+    void persist() override { onPersist(); }
     void update() override { ++updateCalls; }
 
-    MemoryCatalogue catalogue;
-    MemoryCatalogue::InstallerFactory installers;
-    MemoryCatalogue::Listener listener; // of accessors from now on
-    mutable int accessors = 0;          // handed out
+    mutable int accessors = 0; // handed out
     int updateCalls = 0;
-    std::function<void()> onPersist;
+    std::function<void()> onPersist = [] {};
 
 private:
     const int sourcePriority;
