@@ -1,5 +1,6 @@
 #include "index/packageindexbuilder_p.h"
 
+#include "index/categorychains_p.h"
 #include "index/foldedorder_p.h"
 #include "index/keyedhash_p.h"
 #include "index/keywordnode.h"
@@ -254,11 +255,13 @@ void PackageIndexBuilder::sortPackages(const PackageTypes &types)
 {
     FoldedOrder order;
     order.reserve(d.packages.size());
+    CategoryChains longChains;
     qint64 room = roomForSortStrings;
     for (int i = 0; i < d.packages.size(); ++i) {
         const PackageNode *package = d.packages.at(i);
         QString &sortString = package->sortCache;
-        sortString = SortString(*package).text(room > 0 ? SortString::longestText : lengthWithoutRoom);
+        sortString =
+            SortString(*package, longChains).text(room > 0 ? SortString::longestText : lengthWithoutRoom);
         room -= sortString.size();
         order.add(types.ofPackages.at(i), QStringRef(&sortString));
     }

@@ -1,5 +1,6 @@
 #include "index/packagenode.h"
 
+#include "index/categorychains_p.h"
 #include "index/keywordnode.h"
 #include "index/keywordwalk_p.h"
 #include "index/packageindex.h"
@@ -113,8 +114,10 @@ QSet<KeywordNode *> PackageNode::keywords() const
 
 QString PackageNode::sortString() const
 {
-    if (sortCache.isEmpty())
-        sortCache = SortString(*this).text();
+    if (sortCache.isEmpty()) {
+        CategoryChains chains;
+        sortCache = SortString(*this, chains).text();
+    }
     return sortCache;
 }
 

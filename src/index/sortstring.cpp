@@ -1,5 +1,6 @@
 #include "index/sortstring_p.h"
 
+#include "index/categorychains_p.h"
 #include "index/keywordnode.h"
 #include "index/packagenode.h"
 
@@ -9,7 +10,9 @@ namespace ts::pm {
 
 namespace {
 
-constexpr int longestChain = 256; // entries; real catalogues stay far below
+// Hardly any package of a real catalogue goes beyond these.
+constexpr int longestShortChain = 16; // entries
+constexpr int linksOfFew = 32;
 
 QStringRef textOf(const PackageIndexNode *node)
 {
@@ -18,25 +21,38 @@ QStringRef textOf(const PackageIndexNode *node)
 
 } // namespace
 
-SortString::SortString(const PackageNode &package)
+SortString::SortString(const PackageNode &package, CategoryChains &longChains)
     : package(package)
 {
-    collectChain();
+    if (!collectShortChain())
+        takeChain(longChains.of(package));
     collectAttributes();
 }
 
-void SortString::collectChain()
+// False if the chain is to be found in another way, since looking at the whole way for each link takes long.
+bool SortString::collectShortChain()
 {
     chain.append({&package, -1});
     for (int i = 0; i < chain.size(); ++i) {
-        for (const PackageIndexLink &link : chain[i].node->outgoingLinks()) {
+        const QVector<PackageIndexLink> &links = chain[i].node->outgoingLinks();
+        if (i > 0 && links.size() > linksOfFew)
+            return false;
+        for (const PackageIndexLink &link : links) {
             if (link.type != IsA || !link.node->isKeyword() || isOnPath(link.node, i))
                 continue;
-            if (chain.size() > longestChain)
-                return;
+            if (chain.size() == longestShortChain)
+                return false;
             chain.append({link.node, i});
         }
     }
+    return true;
+}
+
+void SortString::takeChain(const QVector<const PackageIndexNode *> &nodes)
+{
+    chain.clear();
+    for (const PackageIndexNode *node : nodes)
+        chain.append({node, -1});
 }
 
 bool SortString::isOnPath(const PackageIndexNode *node, int end) const

@@ -5,9 +5,11 @@
 #include <QString>
 #include <QStringRef>
 #include <QVarLengthArray>
+#include <QVector>
 
 namespace ts::pm {
 
+class CategoryChains;
 class KeywordNode;
 class PackageIndexNode;
 class PackageNode;
@@ -16,7 +18,8 @@ class PackageNode;
 class SortString
 {
 public:
-    explicit SortString(const PackageNode &package);
+    /** Finds short chains by itself, and has \a longChains find the others. */
+    SortString(const PackageNode &package, CategoryChains &longChains);
 
     /** Characters before the id; real catalogues stay far below. */
     static constexpr int longestText = 65536;
@@ -28,7 +31,7 @@ private:
     struct ChainEntry
     {
         const PackageIndexNode *node;
-        int reachedFrom; // position in the chain, -1 for the package itself
+        int reachedFrom; // position in the chain, -1 for the package itself; of short chains only
     };
     struct Attribute
     {
@@ -36,7 +39,8 @@ private:
         const KeywordNode *keyword;
     };
 
-    void collectChain();
+    bool collectShortChain();
+    void takeChain(const QVector<const PackageIndexNode *> &nodes);
     bool isOnPath(const PackageIndexNode *node, int end) const;
     void collectAttributes();
     static bool linkLess(const Attribute &a, const Attribute &b);

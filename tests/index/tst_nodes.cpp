@@ -189,6 +189,7 @@ private Q_SLOTS:
             chain.append("%1 is_a %2"_s.arg(i).arg(i + 1));
         for (int i = 255; i >= 0; --i)
             cut.append(QString::number(i));
+        const QString manyLinks = "k is_a m, k is_a n, k is_a k, "_s.repeated(20);
         // links | text of p
         auto cases = rows(R"(
             p uses k, p relates_to k, p is_not_a k, p requires k  | #p
@@ -200,8 +201,29 @@ private Q_SLOTS:
             p is Zoo, p is Äpfel, p is apfel, p is Birne          | apfel&Äpfel&Birne&Zoo#p)");
         cases.append(Row("p is a, p is %1 | a&%1#p"_s.arg(word)));
         cases.append(Row(chain.join(", "_s) + " | "_s + cut.join(QLatin1Char('>')) + "#p"_s));
+        cases.append(Row("%1m is_a k, n is_a m, p is_a k | %2%3k#p"_s.arg(manyLinks, "m>"_s.repeated(20),
+                                                                          "n>m>"_s.repeated(20))));
         for (const Row &row : qAsConst(cases))
             QCOMPARE(row.with(package(buildIndex({graph(row[0])}), "p"_s)->sortString()), row.text());
+    }
+
+    // Takes minutes if each link that leads back is compared with the whole way, again for each package.
+    void chainsTakeNoTimeForLinksThatLeadBack()
+    {
+        MemoryCatalogue catalogue;
+        QString chain = "#0"_s;
+        for (int i = 0; i < 200; ++i) {
+            catalogue.addKeyword("k%1"_s.arg(i), Keyword::Name, "x"_s, {});
+            catalogue.addLink("k%1"_s.arg(i), IsA, "k%1"_s.arg(i + 1));
+            chain.prepend(i > 0 ? "x>"_s : "x"_s);
+        }
+        for (int i = 0; i < 150000; ++i)
+            catalogue.addLink("k199"_s, IsA, "k%1"_s.arg(i % 200));
+        for (int i = 0; i < 5000; ++i) {
+            catalogue.addPackage(QString::number(i));
+            catalogue.addLink(QString::number(i), IsA, "k0"_s);
+        }
+        QCOMPARE(package(buildIndex({catalogue}), "0"_s)->sortString(), chain);
     }
 
     // One source could have each of its packages take as much memory as a thousand others.
