@@ -113,6 +113,7 @@ bool PackageLedger::persist(const QDir &dir, const QString &name) const
     }
 
     qCDebug(lcLedger) << "Persisting ledger for package server" << name << "ETag" << etag;
+    removeRemains(path);
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly)) {
         qCCritical(lcLedger) << "Failed to open target file for ledger pesistence:" << int(file.error())

@@ -3,6 +3,7 @@
 #include "testexport_p.h"
 
 class QSaveFile;
+class QString;
 
 namespace ts::pm {
 
@@ -15,5 +16,15 @@ namespace ts::pm {
  * \a file say why, and its temporary file goes with it.
  */
 [[nodiscard]] TAMSEL_TEST_EXPORT bool commitFlushed(QSaveFile &file);
+
+/**
+ * Removes what processes that were killed have left of a QSaveFile for \a path: files "NAME.XXXXXX" beside it
+ * that nobody has written to for a day. Some file systems show such a file from the beginning, others only
+ * for a moment of the commit.
+ *
+ * The caller holds the lock under which \a path is written, and uses no such name for anything else. Any
+ * thread. A file that cannot be removed stays.
+ */
+void removeRemains(const QString &path);
 
 } // namespace ts::pm

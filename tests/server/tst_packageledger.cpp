@@ -382,6 +382,20 @@ private Q_SLOTS:
         }
     }
 
+    // Of a killed process; nothing that somebody may still be writing, or that is called something else.
+    void removesRemains()
+    {
+        for (const char *name : {"ledger.oldXyz", "ledger.newXyz", "ledger.oldXyz1", "old.ledger"}) {
+            QFile file(dir.filePath(QLatin1String(name)));
+            const auto time =
+                QDateTime::currentDateTime().addSecs(file.fileName().contains("old"_s) ? -90000 : -80000);
+            QVERIFY(file.open(QIODevice::WriteOnly) && file.setFileTime(time, QFile::FileModificationTime));
+        }
+        QVERIFY(PackageLedger(bytes, "t").persist(dir, "id"_s));
+        QCOMPARE(dir.entryList(QDir::Files).join(QLatin1Char(' ')),
+                 "ledger ledger.newXyz ledger.oldXyz1 old.ledger"_s);
+    }
+
     void needsAFile()
     {
         const QString path = dir.filePath("ledger"_s);
