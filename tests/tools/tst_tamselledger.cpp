@@ -342,6 +342,9 @@ private Q_SLOTS:
         QCOMPARE(workshop.run("publish --ledger ledger CATALOGUE www"_s).exitCode, 0);
         QCOMPARE(workshop.run("verify --files www"_s).exitCode, 0);
         QCOMPARE(workshop.content("issuer.json"_s), precious);
+        QVERIFY(QFile::link(workshop.path("made"_s), served.filePath(".lock"_s)));
+        QVERIFY(workshop.run("publish --ledger ledger CATALOGUE www"_s).errors.contains("symbolic link"_s));
+        QVERIFY(!QFileInfo::exists(workshop.path("made"_s)) && QFile::remove(served.filePath(".lock"_s)));
         fill(workshop.catalogue, 4);
         const Outcome outcome = workshop.run("publish --ledger ledger CATALOGUE www"_s);
         QCOMPARE(outcome.exitCode, 1);

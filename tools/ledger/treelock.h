@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QFile>
+#include <QByteArray>
 #include <QString>
 
 namespace ts::ledger {
@@ -17,15 +17,18 @@ public:
     explicit TreeLock(const QString &path);
     ~TreeLock();
 
-    /** Waits at most that long for other publishers. Null, or why there is no lock. */
+    /** Waits at most that long for other publishers. Null, or why there is no lock; a link in the place
+     * of the file is never followed. */
     QString acquire(int milliseconds);
 
 private:
     Q_DISABLE_COPY(TreeLock)
 
     bool isFileInPlace() const;
+    QString failure(const QString &cause) const;
 
-    QFile file; // open while the lock is held
+    const QByteArray path; // as the system has it
+    int descriptor = -1;   // of the file, open while the lock is held
 };
 
 } // namespace ts::ledger
