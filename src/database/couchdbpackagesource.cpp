@@ -111,7 +111,8 @@ void CouchDBPackageSource::finishUpdate()
     if (!request->isOk(httpOk) || !isWritten) {
         if (request->responseCode() != httpNotFound) {
             qCCritical(lcCouchDBPackageSource)
-                << "Failed to load package listing" << d->database << "with code" << request->responseCode();
+                << "Failed to load package listing" << d->database.adjusted(QUrl::RemoveUserInfo)
+                << "with code" << request->responseCode();
         }
         file->remove();
         return;
