@@ -32,7 +32,7 @@ struct BrowserOptions
     QStringList directories;       ///< catalogues; the sample catalogue if nothing else is named
     QVector<ServerOption> servers; ///< package servers
     QVector<QUrl> databases;       ///< of CouchDB
-    QString language;              ///< name of a locale; empty for that of the system
+    QString language;              ///< name of a locale; empty for the user's last choice
     QString theme;                 ///< "light", "dark" or "system"; empty for the user's last choice
     QString screenshotDirectory;
     QString screenshotVariant; ///< set by the program itself: the pictures that this process is to write

@@ -2,6 +2,7 @@
 
 #include "browseroptions.h"
 #include "browserpaths.h"
+#include "interfacetexts.h"
 #include "latin1.h"
 
 #include <QSettings>
@@ -11,6 +12,7 @@ namespace browser {
 namespace {
 
 constexpr QLatin1String themeKey = latin1("theme");
+constexpr QLatin1String languageKey = latin1("language");
 constexpr QLatin1String systemTheme = latin1("system");
 
 QString rememberedTheme()
@@ -24,6 +26,12 @@ QString firstTheme(const BrowserOptions &options, bool forPictures)
     if (!options.theme.isEmpty())
         return options.theme;
     return forPictures ? QStringLiteral("light") : rememberedTheme();
+}
+
+QString firstLanguage(const BrowserOptions &options, bool forPictures)
+{
+    const bool isRemembered = options.language.isEmpty() && !forPictures;
+    return isRemembered ? QSettings().value(languageKey).toString() : options.language;
 }
 
 QVariantList serversOf(const BrowserOptions &options)
@@ -40,15 +48,19 @@ QVariantList serversOf(const BrowserOptions &options)
 
 } // namespace
 
-BrowserSession::BrowserSession(const BrowserOptions &options, QObject *parent)
+BrowserSession::BrowserSession(const BrowserOptions &options, InterfaceTexts &texts, QObject *parent)
     : QObject(parent)
+    , texts(texts)
     , forPictures(options.action == BrowserOptions::Action::Screenshot)
     , firstSize(options.windowSize.isEmpty() ? QSize(1120, 760) : options.windowSize)
     , shownDirectories(cataloguesFor(options))
     , shownServers(serversOf(options))
     , shownDatabases(options.databases.begin(), options.databases.end())
     , chosenTheme(firstTheme(options, forPictures))
+    , chosenLanguage(firstLanguage(options, forPictures))
 {
+    if (chosenLanguage != options.language)
+        texts.setLanguage(chosenLanguage);
 }
 
 void BrowserSession::setDirectories(const QStringList &directories)
@@ -88,6 +100,17 @@ void BrowserSession::setTheme(const QString &theme)
     if (!forPictures)
         QSettings().setValue(themeKey, theme);
     Q_EMIT themeChanged();
+}
+
+void BrowserSession::setLanguage(const QString &language)
+{
+    if (chosenLanguage == language)
+        return;
+    chosenLanguage = language;
+    if (!forPictures)
+        QSettings().setValue(languageKey, language);
+    texts.setLanguage(language);
+    Q_EMIT languageChanged();
 }
 
 } // namespace browser

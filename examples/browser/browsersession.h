@@ -9,12 +9,13 @@
 namespace browser {
 
 struct BrowserOptions;
+class InterfaceTexts;
 
 /**
  * What the user interface is told by the command line, and what it remembers for the next start. A singleton
  * for QML, under the name Session.
  *
- * Ownership: belongs to whoever runs the engine, and outlives it.
+ * Ownership: belongs to whoever runs the engine, and outlives it. Does not own the texts.
  * Threads: the thread of the user interface.
  * Errors: a settings file that cannot be read or written leaves the defaults.
  */
@@ -29,13 +30,15 @@ class BrowserSession : public QObject
     Q_PROPERTY(QVariantList databases READ databases WRITE setDatabases NOTIFY databasesChanged)
     /** "light", "dark" or "system". Remembered, unless the session is one for pictures. */
     Q_PROPERTY(QString theme READ theme WRITE setTheme NOTIFY themeChanged)
+    /** Code of the language, empty for that of the system. Remembered as the theme is. */
+    Q_PROPERTY(QString language READ language WRITE setLanguage NOTIFY languageChanged)
     /** Size of the window at first. */
     Q_PROPERTY(QSize windowSize READ windowSize CONSTANT)
     /** Whether views may move. Pictures are taken of views that stand still. */
     Q_PROPERTY(bool animated READ isAnimated CONSTANT)
 
 public:
-    explicit BrowserSession(const BrowserOptions &options, QObject *parent = nullptr);
+    BrowserSession(const BrowserOptions &options, InterfaceTexts &texts, QObject *parent = nullptr);
 
     QStringList directories() const { return shownDirectories; }
     void setDirectories(const QStringList &directories);
@@ -49,6 +52,9 @@ public:
     QString theme() const { return chosenTheme; }
     void setTheme(const QString &theme);
 
+    QString language() const { return chosenLanguage; }
+    void setLanguage(const QString &language);
+
     QSize windowSize() const { return firstSize; }
     bool isAnimated() const { return !forPictures; }
 
@@ -60,14 +66,17 @@ Q_SIGNALS:
     void serversChanged();
     void databasesChanged();
     void themeChanged();
+    void languageChanged();
 
 private:
+    InterfaceTexts &texts;
     const bool forPictures;
     const QSize firstSize;
     QStringList shownDirectories;
     QVariantList shownServers;
     QVariantList shownDatabases;
     QString chosenTheme;
+    QString chosenLanguage;
 };
 
 } // namespace browser

@@ -59,6 +59,7 @@ BrowserWindow::BrowserWindow(BrowserSession &session)
     // The controls are drawn by the browser itself, on top of the plainest style.
     QQuickStyle::setStyle(QStringLiteral("Default"));
     engine.addImageProvider(QStringLiteral("icons"), new IconProvider);
+    QObject::connect(&session, &BrowserSession::languageChanged, &engine, &QQmlEngine::retranslate);
     const QStringList paths = qmlImportPaths();
     for (const QString &path : paths)
         engine.addImportPath(path);

@@ -2,6 +2,7 @@
 #include "browsersession.h"
 #include "browserwindow.h"
 #include "cataloguelisting.h"
+#include "interfacetexts.h"
 #include "screenshotbatch.h"
 #include "screenshotrunner.h"
 
@@ -9,13 +10,11 @@
 
 #include <QDir>
 #include <QGuiApplication>
-#include <QLocale>
 #include <QLoggingCategory>
 #include <QQuickWindow>
 #include <QTemporaryDir>
 #include <QTextStream>
 #include <QThreadPool>
-#include <QTranslator>
 
 #include <memory>
 
@@ -88,21 +87,21 @@ int fail(const QString &message)
     return 1;
 }
 
-int browse(const BrowserOptions &options)
+int browse(const BrowserOptions &options, browser::InterfaceTexts &texts)
 {
     if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
         return fail(QStringLiteral("There is no display. See --help for what can be done without one."));
-    browser::BrowserSession session(options);
+    browser::BrowserSession session(options, texts);
     const browser::BrowserWindow window(session);
     return window.window() ? QCoreApplication::exec() : 1;
 }
 
-int drawPictures(const BrowserOptions &options)
+int drawPictures(const BrowserOptions &options, browser::InterfaceTexts &texts)
 {
     const SeparateData data;
     if (!data.isUsable())
         return fail(QStringLiteral("There is no place for temporary files."));
-    browser::BrowserSession session(options);
+    browser::BrowserSession session(options, texts);
     const browser::BrowserWindow window(session);
     if (!window.window())
         return 1;
@@ -128,7 +127,7 @@ void silenceProgressReports()
     QLoggingCategory::setFilterRules(QStringLiteral("tamsel.*.info=false"));
 }
 
-int run(const BrowserOptions &options)
+int run(const BrowserOptions &options, browser::InterfaceTexts &texts)
 {
     if (!options.error.isNull())
         return fail(options.error);
@@ -141,9 +140,9 @@ int run(const BrowserOptions &options)
         return list(options);
     case Action::Screenshot:
         return options.screenshotVariant.isEmpty() ? browser::drawAllVariants(options)
-                                                   : drawPictures(options);
+                                                   : drawPictures(options, texts);
     case Action::Browse:
-        return browse(options);
+        return browse(options, texts);
     }
     return 1;
 }
@@ -162,16 +161,7 @@ int main(int argc, char *argv[])
     silenceProgressReports();
     const auto application = makeApplication(argc, argv, arguments);
     const BrowserOptions options = BrowserOptions::parse(QCoreApplication::arguments());
-    // Before anything is read: the language of keywords, translations and numbers follows it.
-    if (!options.language.isEmpty())
-        QLocale::setDefault(QLocale(options.language));
-    // The first translators, so that those of the catalogue's translation packages go before them. English is
-    // for what the language does not have.
-    QTranslator englishTexts;
-    if (englishTexts.load(QStringLiteral(":/i18n/browser_en.qm")))
-        QCoreApplication::installTranslator(&englishTexts);
-    QTranslator texts;
-    if (texts.load(QLocale(), QStringLiteral("browser"), QStringLiteral("_"), QStringLiteral(":/i18n")))
-        QCoreApplication::installTranslator(&texts);
-    return run(options);
+    // The first translators, so that those of the catalogue's translation packages go before them.
+    browser::InterfaceTexts texts(options.language);
+    return run(options, texts);
 }

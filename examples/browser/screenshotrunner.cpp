@@ -117,7 +117,7 @@ bool ScreenshotRunner::run()
         return fail(QStringLiteral("catalogue"), QStringLiteral("there is no package provider"));
     ts::pm::PackageRepository &repository = *provider->packageRepository();
     const ScreenshotSubjects subjects = ScreenshotSubjects::find(repository);
-    return drawCatalogue(subjects) && drawSuggestions(subjects) && drawCategory(subjects)
+    return drawCatalogue(subjects) && drawLanguages() && drawSuggestions(subjects) && drawCategory(subjects)
            && drawSortedByTitle() && drawDetails(repository, subjects) && drawNarrowViews()
            && drawNoHits(subjects) && drawMessages();
 }
@@ -127,6 +127,14 @@ bool ScreenshotRunner::drawCatalogue(const ScreenshotSubjects &subjects)
     if (subjects.packageId.isEmpty())
         return fail(QStringLiteral("catalogue"), QStringLiteral("there are no packages"));
     return draw(QStringLiteral("catalogue"), [this] { return number("hits") > 0; });
+}
+
+bool ScreenshotRunner::drawLanguages()
+{
+    call("showLanguages");
+    const bool drawn = draw(QStringLiteral("languages"), [this] { return flag("languagesShown"); });
+    call("hideLanguages");
+    return drawn;
 }
 
 bool ScreenshotRunner::drawSuggestions(const ScreenshotSubjects &subjects)

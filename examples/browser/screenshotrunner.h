@@ -47,6 +47,7 @@ private:
     using Condition = std::function<bool()>;
 
     bool drawCatalogue(const ScreenshotSubjects &subjects);
+    bool drawLanguages();
     bool drawSuggestions(const ScreenshotSubjects &subjects);
     bool drawCategory(const ScreenshotSubjects &subjects);
     bool drawSortedByTitle();

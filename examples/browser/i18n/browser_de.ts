@@ -102,6 +102,14 @@
         <source></source>
         <translation>Erneut nachsehen</translation>
     </message>
+    <message id="browser-language">
+        <source></source>
+        <translation>Sprache</translation>
+    </message>
+    <message id="browser-language-system">
+        <source></source>
+        <translation>Wie das System</translation>
+    </message>
     <message id="browser-theme">
         <source></source>
         <translation>Darstellung</translation>

@@ -102,6 +102,14 @@
         <source></source>
         <translation>Look again</translation>
     </message>
+    <message id="browser-language">
+        <source></source>
+        <translation>Language</translation>
+    </message>
+    <message id="browser-language-system">
+        <source></source>
+        <translation>Like the system</translation>
+    </message>
     <message id="browser-theme">
         <source></source>
         <translation>Appearance</translation>

@@ -19,6 +19,7 @@ ApplicationWindow {
     readonly property bool warning: cataloguePage.warning
     readonly property bool suggesting: cataloguePage.suggesting
     readonly property bool filtersShown: cataloguePage.filtersShown
+    readonly property bool languagesShown: cataloguePage.languagesShown
     readonly property size largePictureSize: Qt.size(Theme.largePicture * Screen.devicePixelRatio, 0)
     readonly property int openStatus: pages.depth > 1 && pages.currentItem.reference
                                       ? pages.currentItem.reference.status : PackageReference.Unknown
@@ -182,5 +183,13 @@ ApplicationWindow {
 
     function hideFilters() {
         cataloguePage.hideFilters();
+    }
+
+    function showLanguages() {
+        cataloguePage.showLanguages();
+    }
+
+    function hideLanguages() {
+        cataloguePage.hideLanguages();
     }
 }

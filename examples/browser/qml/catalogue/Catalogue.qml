@@ -50,6 +50,14 @@ QtObject {
         onSettledChanged: catalogue.started = catalogue.started || settled
     }
 
+    readonly property Connections languageChoice: Connections {
+        target: Session
+
+        function onLanguageChanged() {
+            catalogue.translations.followLanguage();
+        }
+    }
+
     readonly property OpenedPackages opened: OpenedPackages {
         packageProvider: catalogue.provider
     }
@@ -61,7 +69,10 @@ QtObject {
     readonly property CategoryListModel categories: CategoryListModel {
         packageProvider: catalogue.provider
         packageType: catalogue.listing.packageType
-        onModelReset: catalogue.checkCategory()
+        onModelReset: {
+            ++catalogue.categoryRevision;
+            catalogue.checkCategory();
+        }
     }
 
     readonly property KeywordSuggestionModel suggestions: KeywordSuggestionModel {
@@ -73,6 +84,9 @@ QtObject {
         provider: catalogue.provider
         active: catalogue.started
     }
+
+    // Grows with each list of categories: they may have other names in it.
+    property int categoryRevision: 0
 
     // Becomes true when titles can be shown, and stays so.
     property bool started: false

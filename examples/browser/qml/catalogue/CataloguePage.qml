@@ -14,6 +14,7 @@ FocusScope {
     readonly property alias warning: banner.visible
     readonly property alias suggesting: topBar.suggesting
     readonly property bool filtersShown: filterDrawer.position === 1
+    readonly property alias languagesShown: topBar.languagesShown
 
     signal packageChosen(string id)
 
@@ -32,6 +33,7 @@ FocusScope {
             id: topBar
 
             readonly property bool suggesting: searchField.suggesting
+            readonly property bool languagesShown: languageButton.opened
 
             Layout.fillWidth: true
             z: 1
@@ -162,5 +164,13 @@ FocusScope {
 
     function hideFilters() {
         filterDrawer.close();
+    }
+
+    function showLanguages() {
+        topBar.languageButton.open();
+    }
+
+    function hideLanguages() {
+        topBar.languageButton.close();
     }
 }

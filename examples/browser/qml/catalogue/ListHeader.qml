@@ -91,7 +91,7 @@ Item {
     }
 
     readonly property string categoryName: {
-        listing.hits; // a new index may have another name for it
+        catalogue.categoryRevision; // to be evaluated anew with it
         return listing.categoryId === "" ? "" : catalogue.categoryName(listing.categoryId);
     }
 

@@ -10,6 +10,7 @@ Rectangle {
     property Catalogue catalogue
     property bool narrow: false
     readonly property alias searchField: searchField
+    readonly property alias languageButton: languageButton
 
     signal filtersWanted()
     signal gridWanted()
@@ -64,6 +65,12 @@ Rectangle {
             iconName: "refresh"
             text: qsTrId("browser-look-for-changes")
             onClicked: bar.catalogue.lookForChanges()
+        }
+
+        LanguageButton {
+            id: languageButton
+
+            languages: bar.catalogue.translations.languages
         }
 
         ThemeButton {}

@@ -33,7 +33,7 @@ ToolButton {
     }
 
     Tip {
-        visible: button.hovered && !button.down
+        visible: button.hovered && !button.down && !button.checked
         text: button.text
     }
 

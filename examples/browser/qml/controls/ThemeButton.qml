@@ -1,57 +1,31 @@
 import QtQuick 2.15
-import QtQuick.Controls 2.15
 import Tamsel.Browser 1.0
-import "../theme"
 
 // Opens the choice between light, dark, and what the system says.
-IconButton {
-    id: button
-
-    property bool byKeyboard: false
+MenuButton {
     readonly property var icons: ({ "light": "sun", "dark": "moon", "system": "contrast" })
 
     iconName: icons[Session.theme]
     text: qsTrId("browser-theme")
-    checked: menu.visible
-    onClicked: {
-        byKeyboard = visualFocus;
-        menu.open();
+
+    MenuChoice {
+        iconName: "contrast"
+        text: qsTrId("browser-theme-system")
+        chosen: Session.theme === "system"
+        onTriggered: Session.theme = "system"
     }
 
-    Menu {
-        id: menu
+    MenuChoice {
+        iconName: "sun"
+        text: qsTrId("browser-theme-light")
+        chosen: Session.theme === "light"
+        onTriggered: Session.theme = "light"
+    }
 
-        x: button.width - width
-        y: button.height + 4
-        padding: 4
-        onClosed: {
-            if (button.byKeyboard)
-                button.focusReason = Qt.TabFocusReason;
-        }
-
-        background: Rectangle {
-            implicitWidth: Theme.body * 14
-            radius: Theme.radius
-            color: Theme.raised
-            border.color: Theme.outline
-        }
-
-        ThemeItem {
-            theme: "system"
-            iconName: button.icons[theme]
-            text: qsTrId("browser-theme-system")
-        }
-
-        ThemeItem {
-            theme: "light"
-            iconName: button.icons[theme]
-            text: qsTrId("browser-theme-light")
-        }
-
-        ThemeItem {
-            theme: "dark"
-            iconName: button.icons[theme]
-            text: qsTrId("browser-theme-dark")
-        }
+    MenuChoice {
+        iconName: "moon"
+        text: qsTrId("browser-theme-dark")
+        chosen: Session.theme === "dark"
+        onTriggered: Session.theme = "dark"
     }
 }

@@ -1,4 +1,5 @@
 import QtQuick 2.15
+import "../catalogue"
 import "../controls"
 import "../theme"
 
@@ -6,6 +7,7 @@ import "../theme"
 Rectangle {
     id: bar
 
+    property Catalogue catalogue
     property string title
     property bool titleShown: false
 
@@ -28,7 +30,7 @@ Rectangle {
     Text {
         anchors.left: backButton.right
         anchors.leftMargin: Theme.margin
-        anchors.right: themeButton.left
+        anchors.right: buttons.left
         anchors.rightMargin: Theme.margin
         anchors.verticalCenter: parent.verticalCenter
         visible: bar.titleShown
@@ -41,12 +43,19 @@ Rectangle {
         Accessible.ignored: true
     }
 
-    ThemeButton {
-        id: themeButton
+    Row {
+        id: buttons
 
         anchors.right: parent.right
         anchors.rightMargin: Theme.margin
         anchors.verticalCenter: parent.verticalCenter
+        spacing: Theme.gap
+
+        LanguageButton {
+            languages: bar.catalogue.translations.languages
+        }
+
+        ThemeButton {}
     }
 
     Rectangle {

@@ -65,6 +65,7 @@ FocusScope {
 
         width: parent.width
         z: 1
+        catalogue: page.catalogue
         title: page.title
         titleShown: scroller.contentY > content.headingEnd
         onClosed: page.closed()

@@ -30,6 +30,11 @@ QtObject {
         return known("browser-fact-" + key) || readable(key.replace(/([a-z])(Km|Cm|Kg|M|S)$/, "$1"));
     }
 
+    // As those call it who speak it.
+    function languageName(code) {
+        return Qt.locale(code === "en" ? "en_001" : code).nativeLanguageName || code;
+    }
+
     function rounded(value, decimals) {
         return Number(value).toLocaleString(Qt.locale(), "f", decimals);
     }

@@ -1,18 +1,15 @@
 import QtQuick 2.15
 import QtQuick.Controls 2.15
-import Tamsel.Browser 1.0
 import "../theme"
 
-// One theme in the menu of themes.
+// One of several things to choose from in the menu of a button.
 MenuItem {
     id: item
 
-    property string theme
     property string iconName
-    readonly property bool chosen: Session.theme === theme
+    property bool chosen: false
 
     implicitHeight: Theme.controlHeight
-    onTriggered: Session.theme = theme
     Accessible.name: text
     Accessible.checkable: true
     Accessible.checked: chosen
@@ -23,15 +20,17 @@ MenuItem {
 
             x: 4
             anchors.verticalCenter: parent.verticalCenter
+            visible: name !== ""
             name: item.iconName
         }
 
         Text {
-            anchors.left: mark.right
-            anchors.leftMargin: 12
+            anchors.left: mark.visible ? mark.right : parent.left
+            anchors.leftMargin: mark.visible ? 12 : 4
             anchors.right: tick.left
             anchors.verticalCenter: parent.verticalCenter
             text: item.text
+            textFormat: Text.PlainText
             font.pixelSize: Theme.body
             color: Theme.text
             elide: Text.ElideRight
