@@ -142,10 +142,10 @@ bool ScreenshotRunner::drawSuggestions(const ScreenshotSubjects &subjects)
     if (subjects.typed.isEmpty())
         return true; // a catalogue without keywords has none to suggest
     const int all = number("packageCount");
-    call("search");
-    type(subjects.typed);
-    return draw(QStringLiteral("suggestions"),
-                [this, all] { return flag("suggesting") && number("hits") > 0 && number("hits") < all; });
+    search(subjects.typed);
+    return draw(QStringLiteral("suggestions"), [this, all] {
+        return hasKeyboard() && flag("suggesting") && number("hits") > 0 && number("hits") < all;
+    });
 }
 
 bool ScreenshotRunner::drawCategory(const ScreenshotSubjects &subjects)
@@ -221,8 +221,7 @@ bool ScreenshotRunner::drawNarrowViews()
 
 bool ScreenshotRunner::drawNoHits(const ScreenshotSubjects &subjects)
 {
-    call("search");
-    type(subjects.unknown);
+    search(subjects.unknown);
     const bool drawn = draw(QStringLiteral("no-hits"), [this] {
         return hasSize(size) && property("message").toString() == QLatin1String("no-hits");
     });
@@ -340,6 +339,21 @@ void ScreenshotRunner::call(const char *function, const QString &argument)
 void ScreenshotRunner::call(const char *function)
 {
     QMetaObject::invokeMethod(&window, function);
+}
+
+// Those who draw other variants at the same time take it away.
+bool ScreenshotRunner::hasKeyboard()
+{
+    if (!window.isActive())
+        window.requestActivate();
+    return window.isActive();
+}
+
+void ScreenshotRunner::search(const QString &text)
+{
+    waitFor([this] { return hasKeyboard(); });
+    call("search");
+    type(text);
 }
 
 // As from a keyboard, so that the picture shows what a user gets to see.

@@ -71,6 +71,8 @@ private:
     bool flag(const char *name) const;
     void call(const char *function, const QString &argument);
     void call(const char *function);
+    bool hasKeyboard();
+    void search(const QString &text);
     void type(const QString &text);
 
     QQuickWindow &window;
