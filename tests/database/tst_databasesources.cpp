@@ -4,12 +4,11 @@
 #include "database/couchdbpackagesource.h"
 #include "database/documentpackagesource.h"
 #include "repository/packageaccessor.h"
+#include "support/diskfaults.h"
 #include "support/fakeclock.h"
-#include "support/filesizelimit.h"
 #include "support/httpserver.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
-#include "support/unprivileged.h"
 
 #include <Tamsel/Locations>
 #include <Tamsel/Request>

@@ -3,7 +3,6 @@
 #include "storage/packageinstaller.h"
 
 #include "graph.h"
-#include "support/manualinstaller.h"
 #include "support/table.h"
 
 #include <QTranslator>

@@ -2,13 +2,12 @@
 
 #include "ledger/ledgerreader.h"
 #include "server/packagefiles_p.h"
+#include "support/diskfaults.h"
 #include "support/files.h"
-#include "support/filesizelimit.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
 #include "support/signedledger.h"
 #include "support/table.h"
-#include "support/unprivileged.h"
 
 #include <QtConcurrent>
 #include <QtTest>

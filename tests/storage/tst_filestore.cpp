@@ -1,12 +1,11 @@
 #include "storage/filestore.h"
 #include "storage/filestoretarget.h"
 
+#include "support/diskfaults.h"
 #include "support/files.h"
-#include "support/filesizelimit.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
 #include "support/table.h"
-#include "support/unprivileged.h"
 
 #include <Tamsel/Locations>
 

@@ -2,11 +2,11 @@
 #include "storage/installlocation_p.h"
 #include "storage/installlocationroot_p.h"
 
+#include "support/diskfaults.h"
 #include "support/files.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
 #include "support/table.h"
-#include "support/unprivileged.h"
 
 #include <Tamsel/Locations>
 

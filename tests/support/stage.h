@@ -1,7 +1,5 @@
 #pragma once
 
-#include "literals.h"
-#include "manualinstaller.h"
 #include "memorysource.h"
 #include "table.h"
 #include "testprovider.h"

@@ -2,7 +2,7 @@
 
 #include "ledger/ledgerwriter.h"
 #include "server/packageledger.h"
-#include "support/filesizelimit.h"
+#include "support/diskfaults.h"
 #include "support/httpserver.h"
 #include "support/literals.h"
 #include "support/signedledger.h"
