@@ -1,6 +1,7 @@
 #include "database/couchdbpackageaccessor.h"
 #include "storage/filestore.h"
 #include "storage/packageinstaller.h"
+#include "support/accessorrecords.h"
 #include "support/files.h"
 #include "support/httpserver.h"
 #include "support/literals.h"
@@ -15,28 +16,6 @@ using namespace ts::pm;
 using namespace ts::pm::test;
 
 namespace {
-
-QString contents(const CouchDBPackageAccessor &accessor)
-{
-    QStringList lines;
-    for (int i = 0; i < accessor.packageCount(); ++i) {
-        const PackageInfo info = accessor.packageInfo(i);
-        const QJsonDocument manifest(accessor.packageManifest(i));
-        lines << "package %1 %2 %3 "_s.arg(info.id, info.type, info.revision)
-                     + QString::fromUtf8(manifest.toJson(QJsonDocument::Compact));
-    }
-    for (int i = 0; i < accessor.keywordCount(); ++i) {
-        const KeywordInfo info = accessor.keywordInfo(i);
-        lines << "keyword %1 %2"_s.arg(info.id).arg(int(info.type));
-        for (const LangString &string : info.strings)
-            lines.last() += " [%1,%2,%3]"_s.arg(string.language, string.sg, string.pl);
-    }
-    for (int i = 0; i < accessor.linkCount(); ++i) {
-        const LinkInfo info = accessor.linkInfo(i);
-        lines << "link %1 %2 %3"_s.arg(info.from, QString::number(info.type), info.to);
-    }
-    return lines.join("\n"_s);
-}
 
 QByteArray md5(const QByteArray &content)
 {
@@ -74,18 +53,18 @@ private Q_SLOTS:
             {"key":["link"],"value":{"from":"oak","to":"owl","linkType":"contains"}},
             {"key":[],"value":{"from":"a"}}, {"value":{"to":"b"}}, {"key":"package","value":{"linkType":"is"}}, 7,
             {"key":["package"],"value":[]}, {"key":["package"],"value":{"_id":"short"}})");
-        QCOMPARE(contents(*accessor), R"(package oak a:b 2-b {"x":1}
-package    {}
-package    {}
-keyword owl 0 [de,Eule,Eulen] [en,owl,] [en,,]
-keyword kit 4 [en,red,] [en,kite,]
-keyword 1m 3 [,1 m,]
-keyword bad -1
-link oak 1 owl
-link a -1 
-link  -1 b
-link  4 
-link  -1 )"_s);
+        QCOMPARE(recordsOf(*accessor).join("\n"_s), R"(a:b/oak {"x":1} 2-b
+/ {}
+/ {}
+owl 0, de=Eule/Eulen, en=owl/, en=/
+kit 4, en=red/, en=kite/
+1m 3, =1 m/
+bad -1
+oak 1 owl
+a -1
+-1 b
+4
+-1)"_s);
         QCOMPARE(accessor->keywordLanguages(), (QStringList{"de"_s, "en"_s}));
         const QString database = server.url("/db"_s).toString();
         for (const QString &name : {"a b.png"_s, "x@2x.png"_s, "map [1] (2),!$&';=*.png"_s, "sub/\u00fc"_s})

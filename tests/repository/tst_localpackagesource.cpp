@@ -2,6 +2,7 @@
 #include "repository/localpackagesource.h"
 #include "storage/packageinstaller.h"
 
+#include "support/accessorrecords.h"
 #include "support/directorycatalogue.h"
 #include "support/literals.h"
 #include "support/table.h"
@@ -36,29 +37,15 @@ struct Catalogue : DirectoryCatalogue
             qFatal("Cannot make %s", qPrintable(name));
     }
 
-    // Sorted, as in "birds:owls/barn-owl {...}", "owl 0, en=owl/owls" and "owl 4 bird". A package is left out
-    // if the URLs of its files lead nowhere.
+    // Sorted; of packages whose files are where their URLs lead.
     QStringList records() const
     {
         LocalPackageAccessor accessor(path());
         accessor.initialize();
-        QStringList records;
-        for (int i = 0; i < accessor.packageCount(); ++i) {
-            const PackageInfo info = accessor.packageInfo(i);
-            const QByteArray manifest =
-                QJsonDocument(accessor.packageManifest(i)).toJson(QJsonDocument::Compact);
-            if (QFile::exists(accessor.packageFileUrl(i, "manifest.json"_s).toLocalFile()))
-                records += "%1/%2 %3"_s.arg(info.type, info.id, QString::fromUtf8(manifest));
-        }
-        for (int i = 0; i < accessor.keywordCount(); ++i) {
-            const KeywordInfo keyword = accessor.keywordInfo(i);
-            records += "%1 %2"_s.arg(keyword.id, QString::number(keyword.type));
-            for (const LangString &text : keyword.strings)
-                records.last() += ", %1=%2/%3"_s.arg(text.language, text.sg, text.pl);
-        }
-        for (int i = 0; i < accessor.linkCount(); ++i) {
-            const LinkInfo link = accessor.linkInfo(i);
-            records += "%1 %2 %3"_s.arg(link.from).arg(link.type).arg(link.to).trimmed();
+        QStringList records = recordsOf(accessor);
+        for (int i = accessor.packageCount() - 1; i >= 0; --i) {
+            if (!QFile::exists(accessor.packageFileUrl(i, "manifest.json"_s).toLocalFile()))
+                records.removeAt(i);
         }
         records.sort();
         return records;
