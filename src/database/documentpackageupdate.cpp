@@ -2,6 +2,7 @@
 
 #include "database/documentpackagesource.h"
 #include "database/rowdata_p.h"
+#include "pooljobs_p.h"
 #include "storage/randomname_p.h"
 
 #include <Tamsel/GetRequest>
@@ -13,8 +14,6 @@
 #include <QJsonDocument>
 #include <QNetworkReply>
 #include <QNetworkRequest>
-#include <QThreadPool>
-#include <QtConcurrentRun>
 
 namespace ts::pm {
 
@@ -68,9 +67,7 @@ void DocumentPackageUpdate::processResponse(const QByteArray &response)
         watcher->deleteLater();
         finish(result);
     });
-    watcher->setFuture(QtConcurrent::run(QThreadPool::globalInstance(), [response, directory = directory] {
-        return normalise(response, directory);
-    }));
+    runOnPool(watcher, [response, directory = directory] { return normalise(response, directory); });
 }
 
 DocumentPackageUpdate::Result DocumentPackageUpdate::normalise(const QByteArray &response,

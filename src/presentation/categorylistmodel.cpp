@@ -2,12 +2,11 @@
 
 #include "index/keywordnode.h"
 #include "index/packageindex.h"
+#include "pooljobs_p.h"
 #include "presentation/inturn_p.h"
 #include "presentation/providerhandle_p.h"
 
 #include <QFutureWatcher>
-#include <QThreadPool>
-#include <QtConcurrentRun>
 
 namespace ts::pm {
 
@@ -120,7 +119,7 @@ void CategoryListModel::updateList()
     const auto job = [index = d->provider.packageIndex(), type = d->packageType] {
         return selectCategories(index, type);
     };
-    d->watcher->setFuture(QtConcurrent::run(QThreadPool::globalInstance(), job));
+    runOnPool(d->watcher, job);
 }
 
 void CategoryListModel::finishUpdate()

@@ -2,14 +2,13 @@
 
 #include "index/keywordnode.h"
 #include "index/packageindex.h"
+#include "pooljobs_p.h"
 #include "presentation/inturn_p.h"
 #include "presentation/providerhandle_p.h"
 
 #include <QFutureWatcher>
 #include <QRegularExpression>
 #include <QSet>
-#include <QThreadPool>
-#include <QtConcurrentRun>
 
 #include <algorithm>
 
@@ -174,7 +173,7 @@ void KeywordSuggestionModel::updateList()
         const auto job = [index, type = d->packageType, search = d->searchString] {
             return findSuggestions(index, type, search);
         };
-        d->watcher->setFuture(QtConcurrent::run(QThreadPool::globalInstance(), job));
+        runOnPool(d->watcher, job);
     } else if (!d->suggestions.isEmpty()) {
         beginResetModel();
         d->suggestions.clear();

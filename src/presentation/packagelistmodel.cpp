@@ -3,10 +3,8 @@
 
 #include "index/packageindex.h"
 #include "index/packagenode.h"
+#include "pooljobs_p.h"
 #include "presentation/inturn_p.h"
-
-#include <QThreadPool>
-#include <QtConcurrentRun>
 
 namespace ts::pm {
 
@@ -95,7 +93,7 @@ void PackageListModelPrivate::startJob(const QSharedPointer<PackageIndex> &index
         return std::make_shared<QVector<ListStep>>(
             PackageListDiff(model, shown, selected).steps(jobSuperseded));
     };
-    watcher->setFuture(QtConcurrent::run(QThreadPool::globalInstance(), job));
+    runOnPool(watcher, job);
 }
 
 // Lets the job so far end, if it waits, and returns the mark of the next one.

@@ -3,12 +3,11 @@
 
 #include "index/packageindex.h"
 #include "logging_p.h"
+#include "pooljobs_p.h"
 #include "presentation/packagereference.h"
 #include "repository/packagesource.h"
 
 #include <QPointer>
-#include <QThreadPool>
-#include <QtConcurrentRun>
 
 #include <algorithm>
 #include <memory>
@@ -137,17 +136,14 @@ void PackageRepository::scheduleUpdate()
 void PackageRepository::update()
 {
     d->updateScheduled = false;
-    QThreadPool *pool = QThreadPool::globalInstance();
-    if (!pool) // it goes with the application
-        return;
     const auto index = QSharedPointer<PackageIndex>::create();
     if (!d->forEachSource([&index](PackageSource *source) { index->addSource(source); }))
         return;
     // Replaces the future of a build that is still running: it ends unseen.
-    d->watcher->setFuture(QtConcurrent::run(pool, [index] {
+    runOnPool(d->watcher, [index] {
         index->build();
         return index;
-    }));
+    });
 }
 
 void PackageRepository::finishUpdate()

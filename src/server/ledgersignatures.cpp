@@ -1,4 +1,5 @@
 #include "logging_p.h"
+#include "pooljobs_p.h"
 #include "server/ledgerformat_p.h"
 #include "server/packagefiles_p.h"
 #include "server/packageledger.h"
@@ -6,8 +7,6 @@
 
 #include <TamselCrypto/JsonSignature>
 #include <TamselCrypto/PublicKey>
-
-#include <QtConcurrent>
 
 #include <algorithm>
 #include <atomic>
@@ -174,10 +173,7 @@ bool PackageLedger::verifySignatures()
     }
 
     std::atomic<int> good(0);
-    // Not blockingMap(), which leaves all the work to the pool: this call itself runs on one of its threads,
-    // and in a full pool it would wait for ever. Started like this, the calling thread works too.
-    QtConcurrent::startMap(packages.cbegin(), packages.cend(), PackageVerifier(types, keys, &good))
-        .startBlocking();
+    visitInParallel(packages, PackageVerifier(types, keys, &good));
     if (good != packages.size())
         return false;
     warnOfDevelopmentKey();

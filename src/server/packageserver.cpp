@@ -2,6 +2,7 @@
 #include "server/packageserver_p.h"
 
 #include "logging_p.h"
+#include "pooljobs_p.h"
 #include "server/ledgerformat_p.h"
 #include "server/packageserveraccessor.h"
 
@@ -10,8 +11,6 @@
 
 #include <QNetworkReply>
 #include <QNetworkRequest>
-#include <QThreadPool>
-#include <QtConcurrentRun>
 
 #include <chrono>
 
@@ -77,10 +76,8 @@ bool PackageServerPrivate::isReady() const
 
 void PackageServerPrivate::loadPersistedLedger()
 {
-    watcher->setFuture(
-        QtConcurrent::run(QThreadPool::globalInstance(), [dir = persistDir(), name = service->uuid()] {
-            return readPersistedLedger(dir, name);
-        }));
+    runOnPool(watcher,
+              [dir = persistDir(), name = service->uuid()] { return readPersistedLedger(dir, name); });
 }
 
 void PackageServerPrivate::updateLedger()
@@ -100,9 +97,7 @@ void PackageServerPrivate::updateLedger()
 void PackageServerPrivate::loadNewLedger(const QByteArray &data, const QByteArray &etag)
 {
     polled = true;
-    watcher->setFuture(QtConcurrent::run(QThreadPool::globalInstance(), [data, etag] {
-        return QSharedPointer<PackageLedger>::create(data, etag);
-    }));
+    runOnPool(watcher, [data, etag] { return QSharedPointer<PackageLedger>::create(data, etag); });
 }
 
 // A rejected ledger counts as a poll that went well: the server is asked again in its usual time.
@@ -175,7 +170,7 @@ void PackageServer::persist()
 {
     if (!d->service || !d->ledger->valid)
         return;
-    QThreadPool::globalInstance()->start(new StorageRunnable(d->ledger, d->persistDir(), d->service->uuid()));
+    runOnPool(new StorageRunnable(d->ledger, d->persistDir(), d->service->uuid()));
 }
 
 void PackageServer::update()

@@ -1,6 +1,7 @@
 #include "storage/installlocationroot_p.h"
 
 #include "logging_p.h"
+#include "pooljobs_p.h"
 #include "storage/randomname_p.h"
 
 #include <Tamsel/Locations>
@@ -8,8 +9,6 @@
 #include <QDateTime>
 #include <QLockFile>
 #include <QThread>
-#include <QThreadPool>
-#include <QtConcurrentRun>
 
 namespace ts::pm {
 
@@ -72,7 +71,7 @@ void cleanup(const QDateTime &now)
 InstallLocationRoot::InstallLocationRoot()
 {
     create();
-    QtConcurrent::run(QThreadPool::globalInstance(), [] { cleanup(QDateTime::currentDateTime()); });
+    runOnPool(QRunnable::create([] { cleanup(QDateTime::currentDateTime()); }));
 }
 
 InstallLocationRoot::~InstallLocationRoot() = default;

@@ -2,10 +2,9 @@
 #include "storage/packageinstaller_p.h"
 
 #include "logging_p.h"
+#include "pooljobs_p.h"
 
 #include <QFutureWatcher>
-#include <QThreadPool>
-#include <QtConcurrentRun>
 
 namespace ts::pm {
 
@@ -165,7 +164,7 @@ void PackageInstaller::startWorker(const std::function<QList<InstallError>()> &w
 {
     auto *watcher = new ErrorWatcher(this);
     connect(watcher, &ErrorWatcher::finished, this, &PackageInstaller::installFinished);
-    watcher->setFuture(QtConcurrent::run(QThreadPool::globalInstance(), work));
+    runOnPool(watcher, work);
 }
 
 void PackageInstaller::installFinished()

@@ -1,10 +1,17 @@
 #include "index/packageindex.h"
 #include "index/packagenode.h"
+#include "presentation/categorylistmodel.h"
 #include "presentation/packagereference.h"
+#include "server/packageledger.h"
+#include "server/packageserver.h"
+#include "storage/localpackageinstaller.h"
 
 #include "support/fakeclock.h"
 #include "support/logcapture.h"
+#include "support/signedledger.h"
 #include "support/stage.h"
+
+#include <TamselAccount/Service>
 
 #include <QTranslator>
 #include <QtTest>
@@ -377,9 +384,19 @@ private Q_SLOTS:
         QCOMPARE(gone, 0); // the job is not on the thread of the source
         own.reset();
         QCOMPARE(gone, 1);
+        // There is no thread pool, so that nothing comes of jobs.
         repository.addSource(&source);
-        repository.update(); // there is no thread pool
+        repository.update();
         QVERIFY(!repository.packageIndex());
+        CategoryListModel model;
+        QVERIFY(QMetaObject::invokeMethod(&model, "updateList"));
+        QCOMPARE(LocalPackageInstaller(QDir(), InstallLocation::createRoot()).status(),
+                 PackageInstaller::Running);
+        ts::account::Service service(QUrl("http://localhost/"_s));
+        QVERIFY(PackageServer(&service).isValid());
+        SignedLedger ledger;
+        ledger.addPackage("p", "t", "{}");
+        QVERIFY(PackageLedger(ledger.toByteArray(), {}).valid); // verified on this thread alone
     }
 };
 
