@@ -29,8 +29,10 @@ void LocalSource::setPath(const QString &path)
         return;
     directoryPath = plainPath;
     replaceSource();
+    const QPointer<LocalSource> self(this); // a listener may destroy it
     Q_EMIT pathChanged();
-    checkAvailability();
+    if (self)
+        checkAvailability();
 }
 
 void LocalSource::checkAvailability()

@@ -4,6 +4,7 @@
 
 #include <TamselPackageManager/PackageIndex>
 
+#include <QPointer>
 #include <QQmlEngine>
 #include <QQmlInfo>
 
@@ -52,10 +53,13 @@ PackageReference *PackageProvider::packageReference(const QString &id)
 
 void PackageProvider::update()
 {
-    const QList<PackageSourceElement *> present = elements; // a listener may change the list
+    const QPointer<PackageProvider> self(this); // a listener may destroy it, or change the list
+    const QList<PackageSourceElement *> present = elements;
     for (PackageSourceElement *element : present) {
         if (elements.contains(element))
             element->checkAvailability();
+        if (!self)
+            return;
     }
     repository->scheduleUpdate();
 }
@@ -99,8 +103,10 @@ void PackageProvider::addElement(PackageSourceElement *element)
     }
     elements.append(element);
     connect(element, &QObject::destroyed, this, [this, element] { removeElement(element); });
+    const QPointer<PackageProvider> self(this); // a listener of the element may destroy it
     element->setRepository(repository.get());
-    Q_EMIT sourcesChanged();
+    if (self)
+        Q_EMIT sourcesChanged();
 }
 
 // Only compares the pointer: the element is being destroyed and has taken its source out by itself.
@@ -123,17 +129,20 @@ void PackageProvider::releaseElements()
 void PackageProvider::handleIndexChange()
 {
     packages = repository->packageIndex()->packageCount();
+    const QPointer<PackageProvider> self(this); // a listener may destroy it
     if (!ready) {
         ready = true;
         Q_EMIT readyChanged();
     }
-    Q_EMIT packageIndexChanged();
+    if (self)
+        Q_EMIT packageIndexChanged();
 }
 
 void PackageProvider::handleTranslationsChange()
 {
+    const QPointer<QQmlEngine> engine(qmlEngine(this)); // a listener may destroy either
     Q_EMIT translationsChanged();
-    if (QQmlEngine *engine = qmlEngine(this))
+    if (engine)
         engine->retranslate();
 }
 

@@ -16,8 +16,7 @@ void PackageServerSource::setUrl(const QUrl &url)
     if (serverUrl == url)
         return;
     serverUrl = url;
-    Q_EMIT urlChanged();
-    replaceServer();
+    replaceServer(&PackageServerSource::urlChanged);
 }
 
 void PackageServerSource::setUuid(const QString &uuid)
@@ -25,8 +24,7 @@ void PackageServerSource::setUuid(const QString &uuid)
     if (serverUuid == uuid)
         return;
     serverUuid = uuid;
-    Q_EMIT uuidChanged();
-    replaceServer();
+    replaceServer(&PackageServerSource::uuidChanged);
 }
 
 void PackageServerSource::setToken(const QString &token)
@@ -73,16 +71,19 @@ void PackageServerSource::classBegin()
 void PackageServerSource::componentComplete()
 {
     complete = true;
-    replaceServer();
+    replaceSource();
 }
 
-// An element that is not in use has no source, and so no service.
-void PackageServerSource::replaceServer()
+// A listener of the change may destroy the element.
+void PackageServerSource::replaceServer(void (PackageServerSource::*changed)())
 {
-    if (complete)
+    const QPointer<PackageServerSource> self(this);
+    Q_EMIT(this->*changed)();
+    if (self && complete)
         replaceSource();
 }
 
+// An element that is not in use has no source, and so no service.
 std::unique_ptr<PackageSource> PackageServerSource::createSource()
 {
     service.reset();

@@ -84,7 +84,7 @@ protected:
     void sourceReplaced() override;
 
 private:
-    void replaceServer();
+    void replaceServer(void (PackageServerSource::*changed)());
     void setCredential(QString &credential, const QString &text);
     void applyCredentials();
     void setStatus(Status status);

@@ -246,6 +246,27 @@ private Q_SLOTS:
         QVERIFY(scene.run("changes"_s).toInt() > 0);
     }
 
+    // One in C++; QML does not let its own ones do so.
+    void listenersDelete()
+    {
+        // sender | signal | what is deleted | what brings the signal about
+        for (const Row &row : rows(R"(
+            local    | pathChanged()   | local    | local.path = '/nowhere'
+            remote   | urlChanged()    | remote   | remote.url = 'http://127.0.0.1:1/'
+            remote   | uuidChanged()   | remote   | remote.uuid = 'other'
+            remote   | statusChanged() | provider | remote.url = 'file:///'; provider.sources.push(remote)
+            provider | readyChanged()  | provider | local.path = '/nowhere')")) {
+            Scene scene("PackageServerSource { id: remote }");
+            doomed = scene.run(row[2]).value<QObject *>();
+            const QObject *sender = scene.run(row[0]).value<QObject *>();
+            const QMetaObject *type = sender->metaObject();
+            connect(sender, type->method(type->indexOfSignal(qPrintable(row[1]))), this,
+                    staticMetaObject.method(staticMetaObject.indexOfMethod("strike()")));
+            scene.run(row[3]);
+            QTRY_VERIFY2(!doomed, qPrintable(row[1]));
+        }
+    }
+
     void promptLayout()
     {
         Scene scene(R"(
@@ -267,6 +288,9 @@ private Q_SLOTS:
     }
 
 private:
+    Q_INVOKABLE void strike() { delete doomed.data(); }
+
+    QPointer<QObject> doomed;
     DirectoryCatalogue oak;
     DirectoryCatalogue fern;
 };
