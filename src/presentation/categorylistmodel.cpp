@@ -83,7 +83,8 @@ void CategoryListModel::setPackageProvider(QObject *provider)
 {
     if (d->provider.is(provider))
         return;
-    d->provider.assign(provider, this, &CategoryListModel::updateList, ProviderHandle::KeepUnusable);
+    if (!d->provider.assign(provider, this, &CategoryListModel::updateList, ProviderHandle::KeepUnusable))
+        return;
     d->queueUpdate();
     Q_EMIT packageProviderChanged();
 }

@@ -57,7 +57,8 @@ void Keyword::setPackageProvider(QObject *provider)
 {
     if (d->provider.is(provider))
         return;
-    d->provider.assign(provider, this, &Keyword::update, ProviderHandle::DropUnusable);
+    if (!d->provider.assign(provider, this, &Keyword::update, ProviderHandle::DropUnusable))
+        return;
     update();
 }
 

@@ -107,7 +107,9 @@ void KeywordSuggestionModel::setPackageProvider(QObject *provider)
 {
     if (d->provider.is(provider))
         return;
-    d->provider.assign(provider, this, &KeywordSuggestionModel::updateList, ProviderHandle::KeepUnusable);
+    if (!d->provider.assign(provider, this, &KeywordSuggestionModel::updateList,
+                            ProviderHandle::KeepUnusable))
+        return;
     d->queueUpdate();
     Q_EMIT packageProviderChanged();
 }

@@ -68,7 +68,8 @@ QVector<PackageDataPrivate::Value> PackageDataPrivate::readValues() const
     const QStringList keys = map->keys();
     QSet<QString> stale(keys.begin(), keys.end());
     QVector<Value> values;
-    for (const QPointer<ManifestField> &field : fields) {
+    const QList<QPointer<ManifestField>> present = fields; // one that is read may delete all this
+    for (const QPointer<ManifestField> &field : present) {
         if (!field)
             continue;
         stale.remove(field->name());

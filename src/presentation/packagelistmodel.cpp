@@ -82,11 +82,17 @@ void PackageListModelPrivate::updateList()
 }
 
 // The new future takes the place of that of an earlier job, whose result is dropped. The rows are then still
-// those that the new job compares with, since steps are only run at the end of the newest job.
+// those that the new job compares with, since steps are only run at the end of the newest job. Matchers and
+// sorters of the application may delete the model.
 void PackageListModelPrivate::startJob(const QSharedPointer<PackageIndex> &index)
 {
+    const QPointer<PackageListModel> alive(q);
     const auto filter = matcher.get() ? matcher.get()->matchFunction() : PackageIndex::PackageFilter();
+    if (!alive)
+        return;
     const auto less = sorter.get() ? sorter.get()->sortFunction() : PackageIndex::PackageOrder();
+    if (!alive)
+        return;
     const auto job = [model = this, index, type = packageType, filter, less, shown = rows.toList(),
                       jobSuperseded = supersedeJob()] {
         const PackageList selected = PackageIndex::selectPackages(index, type, filter, less);
@@ -174,7 +180,8 @@ void PackageListModel::setPackageProvider(QObject *provider)
 {
     if (d->provider.is(provider))
         return;
-    d->provider.assign(provider, this, &PackageListModel::scheduleUpdate, ProviderHandle::DropUnusable);
+    if (!d->provider.assign(provider, this, &PackageListModel::scheduleUpdate, ProviderHandle::DropUnusable))
+        return;
     inTurn(
         this, [this] { d->updateList(); }, &PackageListModel::packageProviderChanged);
 }

@@ -27,18 +27,24 @@ public:
 
     /**
      * Replaces the provider: disconnects \a user from the old repository and connects its \a slot to changes
-     * of the index of the new one.
+     * of the index of the new one. False if the provider, when it was asked, has destroyed \a user and with
+     * it this handle.
      */
     template<typename User, typename Slot>
-    void assign(QObject *object, User *user, Slot slot, UnusableObject unusable)
+    [[nodiscard]] bool assign(QObject *object, User *user, Slot slot, UnusableObject unusable)
     {
         if (repository)
             repository->disconnect(user);
         const IPackageProvider *usable = packageProviderCast(object);
         provider.set(usable || unusable == KeepUnusable ? object : nullptr);
-        repository = usable ? usable->packageRepository() : nullptr;
+        const QPointer<User> alive(user);
+        PackageRepository *replacement = usable ? usable->packageRepository() : nullptr;
+        if (!alive)
+            return false;
+        repository = replacement;
         if (repository)
             QObject::connect(repository, &PackageRepository::packageIndexChanged, user, slot);
+        return true;
     }
 
     /** The current index, null without a repository. */

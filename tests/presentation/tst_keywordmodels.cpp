@@ -69,6 +69,26 @@ struct ModelStage : Stage
     ModelLog log{&model};
 };
 
+QPointer<QObject> victim; // of the parts of an application that destroy whoever asks them
+
+struct FatalProvider : TestProvider
+{
+    PackageRepository *packageRepository() const override
+    {
+        return delete victim, TestProvider::packageRepository();
+    }
+};
+
+struct FatalMatcher : PackageMatcher
+{
+    std::function<bool(PackageNode *)> matchFunction() const override { return delete victim, nullptr; }
+};
+
+struct FatalField : ManifestField
+{
+    QVariant convert(const QJsonValue &, const PackageNode *) const override { return delete victim, 7; }
+};
+
 template<typename... Objects>
 QVector<std::function<QObject *()>> makersOf()
 {
@@ -211,6 +231,32 @@ private Q_SLOTS:
             }
         }
         QCOMPARE(fatal.size(), 34);
+    }
+
+    void partsMayDelete()
+    {
+        FatalProvider provider;
+        QVERIFY(provider.rebuild());
+        FatalMatcher matcher;
+        FatalField field;
+        auto *model = new PackageListModel;
+        model->setPackageProvider(&provider);
+        model->setMatcher(&matcher);
+        victim = model;
+        QTRY_VERIFY(!victim);
+        auto *data = new PackageData;
+        QQmlListProperty<ManifestField> fields = data->manifestFields();
+        fields.append(&fields, &field);
+        fields.append(&fields, &field);
+        victim = data;
+        data->setPackageReference(provider.packageReference("p"_s));
+        QVERIFY(!victim);
+        for (const auto &make :
+             makersOf<PackageListModel, CategoryListModel, KeywordSuggestionModel, Keyword>()) {
+            victim = make();
+            victim->setProperty("packageProvider", QVariant::fromValue<QObject *>(&provider));
+            QVERIFY(!victim);
+        }
     }
 };
 
