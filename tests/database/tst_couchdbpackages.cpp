@@ -1,7 +1,7 @@
 #include "database/couchdbpackageaccessor.h"
 #include "storage/filestore.h"
 #include "storage/packageinstaller.h"
-#include "support/accessorrecords.h"
+#include "support/accessors.h"
 #include "support/files.h"
 #include "support/httpserver.h"
 #include "support/literals.h"
@@ -118,9 +118,9 @@ a -1
             {"key":["package"],"value":{"_id":"p"}})";
         const QByteArray digest = QJsonDocument(digestOf("owl")).toJson();
         const auto accessor = accessorOn(QByteArray(rows).replace("OWL", digest));
-        QCOMPARE(install(*accessor, 0), "2 requests; good twin; status 1\n"_s);
-        QCOMPARE(install(*accessor, 0), "0 requests; good twin; status 1\n"_s);
-        QCOMPARE(install(*accessor, 2), "0 requests; ; status 1\n"_s);
+        QCOMPARE(install(*accessor, 0), "2 requests; good twin; status 1"_s);
+        QCOMPARE(install(*accessor, 0), "0 requests; good twin; status 1"_s);
+        QCOMPARE(install(*accessor, 2), "0 requests; ; status 1"_s);
         QCOMPARE(install(*accessor, 1), R"(2 requests; false gone good; status -1
 1 Download of gone failed with code 404, error 203
 2 Commit of file 4142434445464748 (false) failed (code 2)
@@ -159,24 +159,15 @@ private:
         return accessor;
     }
 
-    /** The requests that the install of a package makes, the links that it leaves, its status, and its
-     * errors. */
+    /** The requests that the install of a package makes, and what comes of it. */
     QString install(const CouchDBPackageAccessor &accessor, int package)
     {
         const LogCapture log("tamsel.packages"_s);
         location = InstallLocation::createRoot();
         const int before = server.requests().size();
-        const std::unique_ptr<PackageInstaller> installer(accessor.packageInstaller(package, location));
-        if (!QTest::qWaitFor([&installer] { return installer->isFinished(); }))
-            return "hangs"_s;
-        QStringList errors;
-        for (const InstallError &error : installer->errors())
-            errors << "%1 %2"_s.arg(error.code).arg(error.message).remove(server.url("/db/p/"_s).toString());
-        errors.sort();
-        return "%1 requests; %2; status %3\n%4"_s.arg(server.requests().size() - before)
-            .arg(location.directory(true).entryList(QDir::Files | QDir::System).join(" "_s))
-            .arg(installer->status())
-            .arg(errors.join("\n"_s));
+        const QString outcome = test::install(accessor, package, location);
+        return "%1 requests; "_s.arg(server.requests().size() - before)
+               + QString(outcome).remove(server.url("/db/p/"_s).toString());
     }
 
     ScriptedServer server;

@@ -2,7 +2,7 @@
 #include "repository/localpackagesource.h"
 #include "storage/packageinstaller.h"
 
-#include "support/accessorrecords.h"
+#include "support/accessors.h"
 #include "support/directorycatalogue.h"
 #include "support/literals.h"
 #include "support/table.h"

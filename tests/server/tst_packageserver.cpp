@@ -4,7 +4,7 @@
 #include "server/packageledger.h"
 #include "storage/filestore.h"
 #include "storage/packageinstaller.h"
-#include "support/accessorrecords.h"
+#include "support/accessors.h"
 #include "support/fakeclock.h"
 #include "support/httpserver.h"
 #include "support/literals.h"
@@ -103,27 +103,10 @@ public:
 
     QUrl fileUrl(const QString &name, int package = 0) { return accessor->packageFileUrl(package, name); }
 
-    /** Installs a package, and tells the status and the errors. */
-    QString install(int package = 0)
-    {
-        const QString name = QUuid::createUuid().toString(QUuid::Id128);
-        const InstallLocation location = InstallLocation::createRoot().subLocation(name);
-        const QScopedPointer<PackageInstaller> job(accessor->packageInstaller(package, location));
-        if (!QTest::qWaitFor([&] { return job->isFinished(); }))
-            return "not finished"_s;
-        installed = location.directory(false).entryList(QDir::Files | QDir::System, QDir::Name);
-        QStringList lines;
-        for (const InstallError &error : job->errors())
-            lines.append("%1 %2"_s.arg(QString::number(error.code), error.message));
-        lines.sort();
-        return lines.join(QLatin1Char('\n')).prepend("%1\n"_s.arg(job->status()));
-    }
-
     SignedLedger ledger;
     const QString uuid;
     QScopedPointer<ts::account::Service> service;
     QScopedPointer<PackageServerAccessor> accessor;
-    QStringList installed; // by the last job
 };
 
 /** A server at work, and what it tells. */
@@ -396,17 +379,17 @@ private Q_SLOTS:
         Stage http({{"1", "first"}, {"2", "absent"}, {"3", "third"}, {"4", "first"}, {"5", "signed"}});
         http.answerFile("absent", 404);
         http.answerFile("signed", 200, "forged");
-        QCOMPARE(http.install(), "-1\n2 Download of ./api/v1/ledger/%1 failed with code 404, error 203\n"
-                                 "3 Commit of file %2 (./api/v1/ledger/%2) failed (code 2)"_s.arg(
-                                     idOf("absent"), idOf("signed")));
-        QCOMPARE(http.installed.join(QLatin1Char(' ')), "1 2 3 4 5"_s);
+        QCOMPARE(
+            install(*http.accessor, 0),
+            "1 2 3 4 5; status -1\n2 Download of ./api/v1/ledger/%1 failed with code 404, error 203\n"
+            "3 Commit of file %2 (./api/v1/ledger/%2) failed (code 2)"_s.arg(idOf("absent"), idOf("signed")));
         QVERIFY(!FileStore::defaultStore()->contains(idOf("signed")));
         http.ledger.addPackage("deep", "plant", "{}", {{"a/b", "first"}});
         http.open();
-        QCOMPARE(http.install(1), "-1\n4 Failed to install file a/b (%1)"_s.arg(idOf("first")));
+        QCOMPARE(install(*http.accessor, 1),
+                 "; status -1\n4 Failed to install file a/b (%1)"_s.arg(idOf("first")));
         http.service.reset();
-        QCOMPARE(http.install(), "-1\n1 No service for package file download"_s);
-        QVERIFY(http.installed.isEmpty());
+        QCOMPARE(install(*http.accessor, 0), "; status -1\n1 No service for package file download"_s);
     }
 
 private:

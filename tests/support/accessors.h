@@ -2,8 +2,12 @@
 
 #include "literals.h"
 #include "repository/packageaccessor.h"
+#include "storage/packageinstaller.h"
 
 #include <QJsonDocument>
+#include <QTest>
+
+#include <memory>
 
 namespace ts::pm::test {
 
@@ -32,6 +36,23 @@ inline QStringList recordsOf(const PackageAccessor &accessor)
         records += "%1 %2 %3"_s.arg(link.from, QString::number(link.type), link.to).trimmed();
     }
     return records;
+}
+
+/** Installs a package to a new place or the given one; the files there in the end, the status, and the
+ * errors, each on a line. */
+inline QString install(const PackageAccessor &accessor, int package,
+                       const InstallLocation &location = InstallLocation::createRoot())
+{
+    const std::unique_ptr<PackageInstaller> installer(accessor.packageInstaller(package, location));
+    if (!QTest::qWaitFor([&installer] { return installer->isFinished(); }))
+        return "hangs"_s;
+    QStringList errors;
+    for (const InstallError &error : installer->errors())
+        errors += "\n%1 %2"_s.arg(QString::number(error.code), error.message);
+    errors.sort();
+    return "%1; status %2"_s.arg(location.directory(true).entryList(QDir::Files | QDir::System).join(" "_s))
+               .arg(installer->status())
+           + errors.join(QString());
 }
 
 } // namespace ts::pm::test
