@@ -11,6 +11,7 @@
 #include "support/logcapture.h"
 #include "support/signedledger.h"
 
+#include <Tamsel/Locations>
 #include <Tamsel/Request>
 #include <TamselAccount/Service>
 #include <TamselNetwork/NetworkAccessManager>
@@ -18,6 +19,7 @@
 #include <QBuffer>
 #include <QNetworkReply>
 #include <QSignalSpy>
+#include <QTemporaryDir>
 #include <QThreadPool>
 #include <QUuid>
 #include <QtConcurrentRun>
@@ -143,7 +145,11 @@ class tst_PackageServer : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase() { qRegisterMetaType<PackageServer::PollResult>(); }
+    void initTestCase()
+    {
+        qRegisterMetaType<PackageServer::PollResult>();
+        QVERIFY(ts::Locations::setDataLocation(QDir(data.path()))); // files of an earlier run would be there
+    }
 
     void waitsBetweenPolls()
     {
@@ -393,6 +399,7 @@ private Q_SLOTS:
     }
 
 private:
+    const QTemporaryDir data;
     QSharedPointer<NetworkAccessManager> manager = NetworkAccessManager::sharedInstance();
 };
 
