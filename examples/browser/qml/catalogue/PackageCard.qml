@@ -111,6 +111,11 @@ Item {
             status: card.status
         }
 
+        WholeText {
+            label: titleText
+            wanted: area.containsMouse
+        }
+
         FocusRing {
             shown: card.current
             distance: 3

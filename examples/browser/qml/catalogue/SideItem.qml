@@ -25,6 +25,8 @@ ItemDelegate {
 
     contentItem: Item {
         Text {
+            id: label
+
             anchors.left: parent.left
             anchors.right: count.left
             anchors.rightMargin: Theme.gap
@@ -46,6 +48,11 @@ ItemDelegate {
             font.pixelSize: Theme.small
             color: item.chosen ? Theme.accentSoftInk : Theme.dim
         }
+    }
+
+    WholeText {
+        label: label
+        wanted: item.hovered || item.current
     }
 
     background: Rectangle {

@@ -69,6 +69,8 @@ Popup {
             onClicked: popup.chosen(model.suggestion)
 
             contentItem: Text {
+                id: label
+
                 leftPadding: 8
                 text: popup.marked(model.suggestion)
                 textFormat: Text.StyledText
@@ -76,6 +78,12 @@ Popup {
                 color: Theme.text
                 verticalAlignment: Text.AlignVCenter
                 elide: Text.ElideRight
+            }
+
+            WholeText {
+                label: label
+                text: model.suggestion
+                wanted: row.hovered
             }
 
             background: Rectangle {

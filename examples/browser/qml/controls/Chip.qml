@@ -45,6 +45,11 @@ AbstractButton {
         }
     }
 
+    WholeText {
+        label: label
+        wanted: chip.hovered || chip.visualFocus
+    }
+
     background: Rectangle {
         radius: height / 2
         color: {

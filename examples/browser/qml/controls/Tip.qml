@@ -7,10 +7,12 @@ ToolTip {
     id: tip
 
     delay: 600
+    contentWidth: Math.min(implicitContentWidth, Theme.body * 28)
     font.pixelSize: Theme.small
 
     contentItem: Text {
         text: tip.text
+        textFormat: Text.PlainText
         font: tip.font
         color: Theme.page
         wrapMode: Text.Wrap
