@@ -5,6 +5,9 @@
 #include "index/packageindex_p.h"
 #include "index/packagenode.h"
 
+#include <QSet>
+#include <QVarLengthArray>
+
 #include <algorithm>
 
 namespace ts::pm {
@@ -46,6 +49,16 @@ QVector<QVector<Edge>> keywordEdges(const QVector<KeywordNode *> &keywords)
         }
     }
     return edges;
+}
+
+QSet<const PackageIndexNode *> exclusionsOf(const PackageNode &package)
+{
+    QSet<const PackageIndexNode *> exclusions;
+    for (const PackageIndexLink &link : package.outgoingLinks()) {
+        if (link.type == IsNotA)
+            exclusions.insert(link.node);
+    }
+    return exclusions;
 }
 
 } // namespace
@@ -95,16 +108,41 @@ bool KeywordReach::leadsFrom(const PackageNode &package) const
         else
             leads |= (states & bitOf(stateAfter(link.type))) != 0;
     }
-    // Where the package takes a passing keyword out again, only the whole set tells whether another is left.
+    // Where the package takes a passing keyword out again, only a walk of its own tells whether another is
+    // left.
     return leads && (!excludesPassing || hasPassingKeyword(package));
 }
 
+// Takes only ways that lead to keywords that pass, and ends at the first of these that is not taken out.
 bool KeywordReach::hasPassingKeyword(const PackageNode &package) const
 {
-    const QSet<KeywordNode *> keywords = package.keywords();
-    return std::any_of(keywords.begin(), keywords.end(), [this](const KeywordNode *keyword) {
-        return flags.at(keyword->indexPosition()) & bitOf(NoLink);
-    });
+    QVector<quint8> widestStates(flags.size(), WalkStateCount); // by position, of those entered
+    QVarLengthArray<const PackageIndexNode *, 16> pending;
+    const auto enter = [&](const PackageIndexLink &link) {
+        if (!link.node->isKeyword())
+            return;
+        const int position = link.node->indexPosition();
+        const WalkState state = stateAfter(link.type);
+        if (!(flags.at(position) & bitOf(state)) || widestStates.at(position) <= state)
+            return;
+        widestStates[position] = state;
+        pending.append(link.node);
+    };
+    const QSet<const PackageIndexNode *> exclusions = exclusionsOf(package);
+    for (const PackageIndexLink &link : package.outgoingLinks())
+        enter(link);
+    while (!pending.isEmpty()) {
+        const PackageIndexNode *keyword = pending.last();
+        pending.removeLast();
+        if (flags.at(keyword->indexPosition()) & bitOf(NoLink) && !exclusions.contains(keyword))
+            return true;
+        const auto state = WalkState(widestStates.at(keyword->indexPosition()));
+        for (const PackageIndexLink &link : keyword->outgoingLinks()) {
+            if (allowsLink(state, link.type))
+                enter(link);
+        }
+    }
+    return false;
 }
 
 struct KeywordPredicate::Shared

@@ -132,6 +132,7 @@ private Q_SLOTS:
             p is_a k, k is_not_a m, k is_a m                  | k m
             p is_a k, k is_a m, m is_a k, m contains m        | k m
             p contains k, p is_a k, k is_a m                  | k m
+            p contains k, p is_a k, p is_not_a k, k is_a m    | m
             p is k, k relates_to m, m contains n, m is_a o    | k m
             p requires p2, p2 is_a k, p is_a m, m is_a p2     | m)"))
             QCOMPARE(row.with(keywordsOfP(buildIndex({graph(row[0])}))), row.text());
