@@ -22,6 +22,13 @@ IconButton {
         x: button.width - width
         y: button.height + 4
         padding: 4
+        // The keys move on from what is chosen now.
+        onOpened: {
+            for (var row = 0; button.byKeyboard && row < count; ++row) {
+                if (itemAt(row).chosen)
+                    itemAt(row).forceActiveFocus(Qt.TabFocusReason);
+            }
+        }
         onClosed: {
             if (button.byKeyboard)
                 button.focusReason = Qt.TabFocusReason;
