@@ -83,15 +83,16 @@ void PackageListModelPrivate::updateList()
 
 // The new future takes the place of that of an earlier job, whose result is dropped. The rows are then still
 // those that the new job compares with, since steps are only run at the end of the newest job. Matchers and
-// sorters of the application may delete the model.
+// sorters of the application may delete the model, or have it start a newer job.
 void PackageListModelPrivate::startJob(const QSharedPointer<PackageIndex> &index)
 {
     const QPointer<PackageListModel> alive(q);
+    const Superseded latest = superseded;
     const auto filter = matcher.get() ? matcher.get()->matchFunction() : PackageIndex::PackageFilter();
     if (!alive)
         return;
     const auto less = sorter.get() ? sorter.get()->sortFunction() : PackageIndex::PackageOrder();
-    if (!alive)
+    if (!alive || superseded != latest)
         return;
     const auto job = [model = this, index, type = packageType, filter, less, shown = rows.toList(),
                       jobSuperseded = supersedeJob()] {

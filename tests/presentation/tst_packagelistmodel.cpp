@@ -42,6 +42,8 @@ public:
     std::function<bool(const PackageNode *, const PackageNode *)> sortFunction() const override
     {
         ++asked;
+        if (const auto deed = std::exchange(act, nullptr))
+            deed();
         return [order = ids](const PackageNode *a, const PackageNode *b) {
             return order.indexOf(a->id().toString()) < order.indexOf(b->id().toString());
         };
@@ -49,6 +51,7 @@ public:
 
     QStringList ids;
     mutable int asked = 0;
+    mutable std::function<void()> act; // once, when it is asked
 };
 
 /** A list model that shows the packages that a test lists, in the order of that list; at first all. */
@@ -198,6 +201,8 @@ lets go of its index | provide[reset, packageProviderChanged; none] publish rest
 a listener's event loop brings a new index | at:rowsRemoved:BD
     show:XYZ[remove 0-3, reset, countChanged, countChanged; BD]
     at:rowsInserted:ZYX show:ABCD[insert 0-0, reset, countChanged; ZYX]
+a sorter that is asked brings another index | index:A meanwhile:other
+    show:ABCD[packageProviderChanged, reset, countChanged; A]
 )")) {
         QThreadPool *const pool = QThreadPool::globalInstance();
         pool->setMaxThreadCount(4);
@@ -266,6 +271,10 @@ a listener's event loop brings a new index | at:rowsRemoved:BD
             {"stick"_s, stick},
             {"rest"_s, [&](auto) { rest(); }},
             {"block"_s, [&](auto) { block(); }},
+            {"meanwhile"_s,
+             [&](auto name) {
+                 stage->sorter.act = [&, name] { model.setPackageProvider(providers.value(name)); };
+             }},
             {"freed"_s, [&](auto) { QVERIFY(!firstIndex); }},
             {"at"_s, nest},
         };
