@@ -12,7 +12,9 @@ Message {
             return "";
         if (catalogue.empty)
             return reasonOfEmptiness();
-        return catalogue.listing.hits === 0 && !catalogue.listing.busy ? "no-hits" : "";
+        // Without filters the list is only a little late.
+        var listing = catalogue.listing;
+        return listing.filtered && listing.hits === 0 && !listing.busy ? "no-hits" : "";
     }
 
     visible: kind !== ""

@@ -47,6 +47,7 @@ Button {
 
         FocusRing {
             shown: button.visualFocus
+            distance: button.highlighted ? 4 : 2 // not to run into the colour
         }
     }
 
