@@ -7,6 +7,7 @@
 #include "iconprovider.h"
 #include "openedpackages.h"
 #include "packagedetails.h"
+#include "renamedkeyword.h"
 #include "reversesorter.h"
 #include "sortbytext.h"
 #include "translationstate.h"
@@ -45,6 +46,7 @@ void registerTypes(BrowserSession &session)
     registerType<ContainsText>("ContainsText");
     registerType<OpenedPackages>("OpenedPackages");
     registerType<PackageDetails>("PackageDetails");
+    registerType<RenamedKeyword>("RenamedKeyword");
     registerType<ReverseSorter>("ReverseSorter");
     registerType<SortByText>("SortByText");
     registerType<TranslationState>("TranslationState");

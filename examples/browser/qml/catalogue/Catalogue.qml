@@ -54,7 +54,17 @@ QtObject {
         target: Session
 
         function onLanguageChanged() {
+            if (catalogue.listing.wholeWord)
+                catalogue.searchedKeyword.keep(catalogue.listing.searchText);
             catalogue.translations.followLanguage();
+        }
+    }
+
+    readonly property RenamedKeyword searchedKeyword: RenamedKeyword {
+        packageProvider: catalogue.provider
+        onRenamed: {
+            if (catalogue.listing.wholeWord)
+                catalogue.listing.searchText = name;
         }
     }
 
