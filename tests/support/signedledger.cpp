@@ -2,7 +2,6 @@
 
 #include "files.h"
 #include "ledger/ledgerwriter.h"
-#include "literals.h"
 
 #include <TamselCrypto/JsonSignature>
 
@@ -37,8 +36,8 @@ SignedLedger::SignedLedger(int issuers)
     }
 }
 
-void SignedLedger::addPackage(const QByteArray &id, const QByteArray &type, const QByteArray &manifest,
-                              const Contents &files, quint16 issuer)
+quint32 SignedLedger::addPackage(const QByteArray &id, const QByteArray &type, const QByteArray &manifest,
+                                 const Contents &files, quint16 issuer)
 {
     ledger::PackageRecord package;
     package.type = indexIn(records.types, type);
@@ -48,15 +47,17 @@ void SignedLedger::addPackage(const QByteArray &id, const QByteArray &type, cons
         package.files.append({QCryptographicHash::hash(*file, QCryptographicHash::Sha224), file.key()});
     sign(package, manifest);
     records.packages.append(package);
+    return quint32(records.packages.size() - 1);
 }
 
-void SignedLedger::addKeyword(const QByteArray &id, quint8 type,
-                              const QMap<QByteArray, QVector<QByteArray>> &values)
+quint32 SignedLedger::addKeyword(const QByteArray &id, quint8 type,
+                                 const QMap<QByteArray, QVector<QByteArray>> &values)
 {
     ledger::KeywordRecord keyword{type, id, {}, QString()};
     for (auto value = values.cbegin(); value != values.cend(); ++value)
         keyword.translations.append({indexIn(records.languages, value.key()), *value});
     records.keywords.append(keyword);
+    return quint32(records.keywords.size() - 1);
 }
 
 void SignedLedger::sign(ledger::IssuerRecord &issuer, const QByteArray &publicKey) const
@@ -65,18 +66,23 @@ void SignedLedger::sign(ledger::IssuerRecord &issuer, const QByteArray &publicKe
     issuer.signature = rootKey.sign(issuer.publicKey);
 }
 
-void SignedLedger::sign(ledger::PackageRecord &package, const QByteArray &text) const
+void SignedLedger::sign(ledger::PackageRecord &package, const QByteArray &manifest) const
 {
-    package.manifest = text;
-    QJsonObject manifest = QJsonDocument::fromJson(text).object();
-    manifest.remove("type"_s);
+    package.manifest = manifest;
+    package.signature = issuerKeys.at(package.issuer).sign(statement(package));
+}
+
+QByteArray SignedLedger::statement(const ledger::PackageRecord &package) const
+{
+    QJsonObject manifest = QJsonDocument::fromJson(package.manifest).object();
+    manifest.remove(QStringLiteral("type"));
     QJsonObject files;
     for (const ledger::FileRecord &file : package.files)
         files.insert(QString::fromUtf8(file.path), QString::fromLatin1(file.digest.toHex()));
-    const QJsonObject statement{{"type"_s, QString::fromUtf8(records.types.at(package.type))},
-                                {"manifest"_s, manifest},
-                                {"files"_s, files}};
-    package.signature = issuerKeys.at(package.issuer).sign(crypto::JsonSignature::toByteArray(statement));
+    return crypto::JsonSignature::toByteArray(
+        {{QStringLiteral("type"), QString::fromUtf8(records.types.at(package.type))},
+         {QStringLiteral("manifest"), manifest},
+         {QStringLiteral("files"), files}});
 }
 
 QByteArray SignedLedger::toByteArray() const

@@ -21,16 +21,20 @@ public:
     /** With so many issuers, each with a new key. */
     explicit SignedLedger(int issuers = 1);
 
-    void addPackage(const QByteArray &id, const QByteArray &type, const QByteArray &manifest,
-                    const Contents &files = {}, quint16 issuer = 0);
+    /** Returns the index of the package. */
+    quint32 addPackage(const QByteArray &id, const QByteArray &type, const QByteArray &manifest,
+                       const Contents &files = {}, quint16 issuer = 0);
 
-    /** A keyword with one language after the other, each with its values. */
-    void addKeyword(const QByteArray &id, quint8 type,
-                    const QMap<QByteArray, QVector<QByteArray>> &values = {});
+    /** A keyword with one language after the other, each with its values; returns the index. */
+    quint32 addKeyword(const QByteArray &id, quint8 type,
+                       const QMap<QByteArray, QVector<QByteArray>> &values = {});
 
     /** Gives the issuer that key, or the package that manifest, and signs it as it stands. */
     void sign(ledger::IssuerRecord &issuer, const QByteArray &publicKey) const;
-    void sign(ledger::PackageRecord &package, const QByteArray &text) const;
+    void sign(ledger::PackageRecord &package, const QByteArray &manifest) const;
+
+    /** What the issuer of the package signs. */
+    QByteArray statement(const ledger::PackageRecord &package) const;
 
     QByteArray toByteArray() const;
 
