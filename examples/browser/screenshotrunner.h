@@ -69,6 +69,7 @@ private:
     QVariant property(const char *name) const;
     int number(const char *name) const;
     bool flag(const char *name) const;
+    bool listsAll() const;
     void call(const char *function, const QString &argument);
     void call(const char *function);
     bool hasKeyboard();
