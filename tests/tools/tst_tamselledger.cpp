@@ -373,8 +373,9 @@ private Q_SLOTS:
             process.kill();
             QVERIFY(process.waitForFinished());
             killed += process.exitStatus() == QProcess::CrashExit;
-            QVERIFY2(workshop.run("verify --files www"_s).exitCode == 0,
-                     qPrintable("%1, seed %2"_s.arg(version).arg(seed)));
+            const Outcome outcome = workshop.run("verify --files www"_s);
+            QVERIFY2(outcome.exitCode == 0,
+                     qPrintable("%1, seed %2: %3"_s.arg(version).arg(seed).arg(outcome.errors)));
         }
         QVERIFY(killed > 0);
         // What a killed one can leave besides: a file of its own, and a lock without its name.
