@@ -109,8 +109,7 @@ bool ScreenshotRunner::run()
 {
     window.requestActivate();
     window.resize(size); // a platform may have shown it in another one
-    const auto hasAnswers = [this] { return session.databases().isEmpty() || number("packageCount") > 0; };
-    if (!waitFor([&] { return flag("settled") && hasSize(size) && hasAnswers(); }))
+    if (!waitForCatalogue())
         return fail(QStringLiteral("catalogue"), QStringLiteral("the catalogue cannot be read in time"));
     const auto *provider = qobject_cast<ts::pm::IPackageProvider *>(property("provider").value<QObject *>());
     if (!provider)
@@ -120,6 +119,20 @@ bool ScreenshotRunner::run()
     return drawCatalogue(subjects) && drawLanguages() && drawSuggestions(subjects) && drawCategory(subjects)
            && drawSortedByTitle() && drawDetails(repository, subjects) && drawNarrowViews()
            && drawNoHits(subjects) && drawMessages();
+}
+
+bool ScreenshotRunner::waitForCatalogue()
+{
+    const auto hasAnswers = [this] {
+        return !flag("connecting") && (session.databases().isEmpty() || number("packageCount") > 0);
+    };
+    if (!waitFor(hasAnswers))
+        return false;
+    // What the last server to answer has brought is in the catalogue after an update that is due now.
+    QCoreApplication::processEvents();
+    QThreadPool::globalInstance()->waitForDone();
+    QCoreApplication::processEvents();
+    return waitFor([this] { return flag("settled") && hasSize(size); });
 }
 
 bool ScreenshotRunner::drawCatalogue(const ScreenshotSubjects &subjects)

@@ -46,6 +46,7 @@ public:
 private:
     using Condition = std::function<bool()>;
 
+    bool waitForCatalogue();
     bool drawCatalogue(const ScreenshotSubjects &subjects);
     bool drawLanguages();
     bool drawSuggestions(const ScreenshotSubjects &subjects);

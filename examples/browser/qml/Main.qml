@@ -13,6 +13,7 @@ ApplicationWindow {
     // What pictures of the views are taken by.
     readonly property PackageProvider provider: library.provider
     readonly property bool settled: library.started && !library.listing.busy && !pages.busy
+    readonly property bool connecting: library.connectingServers.length > 0
     readonly property int packageCount: library.provider.packageCount
     readonly property int hits: library.listing.hits
     readonly property string message: cataloguePage.message

@@ -113,7 +113,8 @@ QtObject {
         return missing;
     }
 
-    readonly property bool connecting: serversWith(PackageServerSource.Connecting).length > 0 || firstAnswer.running
+    readonly property var connectingServers: serversWith(PackageServerSource.Connecting)
+    readonly property bool connecting: connectingServers.length > 0 || firstAnswer.running
     readonly property var unreachableServers: serversWith(PackageServerSource.Unreachable)
     readonly property var untrustedServers: serversWith(PackageServerSource.Untrusted)
     property int away: 0
