@@ -7,6 +7,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <limits>
 #include <optional>
 
 namespace ts::pm {
@@ -14,6 +15,8 @@ namespace ts::pm {
 namespace {
 
 constexpr int largestWalk = 1000000; // links; real catalogues stay far below
+
+constexpr QPair<int, int> allPositions(-1, std::numeric_limits<int>::max()); // -1: of no index that is built
 
 // What may come next on the way from a package down to a keyword, as decided by the links nearer the package.
 enum Allowed { AnyPath, ContainsOrRelatesTo, RelatesToOnly, ContainsOnly, AllowedCount };
@@ -173,6 +176,8 @@ bool KeywordNode::isCategory() const
 
 bool KeywordNode::linksToPackageType(const QStringRef &type) const
 {
+    if (indexPosition() < 0) // in none of the ranges, like the packages that it is linked with
+        return TypeSearch(type, allPositions).reaches(this);
     const QMap<QStringRef, QPair<int, int>> &ranges = packageIndex()->d->typeRanges;
     const auto range = ranges.constFind(type);
     return range != ranges.constEnd() && TypeSearch(type, *range).reaches(this);

@@ -141,6 +141,7 @@ private Q_SLOTS:
         PackageNode byHand({"p"_s, "t"_s, QString()}, &index, 0, 0);
         byHand.linkTo(k.get(), IsA);
         QVERIFY(KeywordPredicate([](const KeywordNode *) { return true; })(&byHand));
+        QVERIFY(k->linksToPackageType(byHand.type()));
     }
 
     // A link that was refused stays on the path and counts against the links that are tried after it, but not
