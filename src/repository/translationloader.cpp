@@ -6,7 +6,6 @@
 #include "presentation/packagereference.h"
 
 #include <QCoreApplication>
-#include <QEvent>
 #include <QFileInfo>
 #include <QJsonObject>
 #include <QLocale>
@@ -24,7 +23,8 @@ namespace {
 //
 // Workers translate manifests at any time, under a lock of Qt's that loading does not take. So a file is
 // loaded aside and swapped in under a lock of its own. The texts before it are destroyed outside that lock: a
-// translator takes Qt's when it goes.
+// translator takes Qt's when it goes. The file is loaded here too, where no worker looks: for whoever asks
+// for filePath() or language(), and because that tells the application of the new language.
 class PackageTranslator final : public QTranslator
 {
 public:
@@ -47,7 +47,7 @@ public:
             const QWriteLocker locker(&lock);
             texts.swap(replaced);
         }
-        QCoreApplication::postEvent(QCoreApplication::instance(), new QEvent(QEvent::LanguageChange));
+        Q_UNUSED(load(path, QString(), QString(), QString()))
     }
 
     QString translate(const char *context, const char *sourceText, const char *disambiguation,

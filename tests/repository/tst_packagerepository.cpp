@@ -250,6 +250,8 @@ private Q_SLOTS:
             QSignalSpy translated(stage.repository(), &PackageRepository::translationsChanged);
             stage.publish();
             QCOMPARE(row.with(stage.greeting()), row.text());
+            QCOMPARE(stage.repository()->findChild<QTranslator *>()->filePath().isEmpty(),
+                     row[2] == "greeting"_s);
             QCOMPARE(translated.count(), 1); // whether or not a file was loaded
         }
     }
