@@ -7,6 +7,7 @@
 
 #include <Tamsel/Request>
 
+#include <QFutureWatcher>
 #include <QVariant>
 
 #include <algorithm>
@@ -141,11 +142,14 @@ void DownloadInstaller::commit()
     }
 }
 
+// A reference keeps its installer for as long as it shows the package, so the result is let go of.
 void DownloadInstaller::install()
 {
-    startWorker([store = d->store, location = location(), files = d->files, code = d->installError] {
-        return installFiles(*store, location, files, code);
-    });
+    const auto *worker =
+        startWorker([store = d->store, location = location(), files = d->files, code = d->installError] {
+            return installFiles(*store, location, files, code);
+        });
+    connect(worker, &QFutureWatcherBase::finished, worker, &QObject::deleteLater);
 }
 
 } // namespace ts::pm

@@ -160,11 +160,12 @@ void PackageInstaller::finish()
     updateStatus();
 }
 
-void PackageInstaller::startWorker(const std::function<QList<InstallError>()> &work)
+QFutureWatcherBase *PackageInstaller::startWorker(const std::function<QList<InstallError>()> &work)
 {
     auto *watcher = new ErrorWatcher(this);
     connect(watcher, &ErrorWatcher::finished, this, &PackageInstaller::installFinished);
     runOnPool(watcher, work);
+    return watcher;
 }
 
 void PackageInstaller::installFinished()

@@ -10,6 +10,8 @@
 
 #include <functional>
 
+class QFutureWatcherBase;
+
 namespace ts::pm {
 
 /** One thing that went wrong in an install. */
@@ -93,8 +95,9 @@ protected:
     /**
      * Runs \a work on the global thread pool; its result becomes the errors of this job, which then ends.
      * \a work must hold copies of all that it needs, since the installer may be gone before it returns.
+     * Returns the watcher of the job, a child of this object.
      */
-    void startWorker(const std::function<QList<InstallError>()> &work);
+    QFutureWatcherBase *startWorker(const std::function<QList<InstallError>()> &work);
 
 private Q_SLOTS:
     void installFinished();

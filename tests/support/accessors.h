@@ -44,7 +44,7 @@ inline QString install(const PackageAccessor &accessor, int package,
                        const InstallLocation &location = InstallLocation::createRoot())
 {
     const std::unique_ptr<PackageInstaller> installer(accessor.packageInstaller(package, location));
-    if (!QTest::qWaitFor([&installer] { return installer->isFinished(); }))
+    if (!QTest::qWaitFor([&installer] { return installer->isFinished() && installer->children().isEmpty(); }))
         return "hangs"_s;
     QStringList errors;
     for (const InstallError &error : installer->errors())
