@@ -118,7 +118,7 @@ void CouchDBPackageSource::finishUpdate()
         return;
     }
     const QByteArray hash = request->hash().toHex();
-    if (d->listing.has(hash)) {
+    if (hash == d->listing.hash) {
         file->remove();
         return;
     }

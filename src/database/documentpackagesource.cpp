@@ -67,7 +67,7 @@ void DocumentPackageSourcePrivate::finishUpdate()
                                        << int(lastUpdate->error()) << ": " << lastUpdate->errorString();
         return;
     }
-    if (listing.has(lastUpdate->hash())) {
+    if (lastUpdate->hash() == listing.hash) {
         qCDebug(lcDocPackageSource) << "Document package update finished,"
                                     << "no update required for type" << type;
         return;

@@ -85,11 +85,6 @@ bool PersistedListing::validate()
     return false;
 }
 
-bool PersistedListing::has(const QByteArray &otherHash) const
-{
-    return hash == otherHash && QFile::exists(dataFile.path);
-}
-
 void PersistedListing::persist() const
 {
     if (!usable)

@@ -33,13 +33,9 @@ public:
      * content is not what its name says; then it is removed and there is no current listing.
      *
      * Only the newest is looked at. One that cannot be opened is removed as well, but stays the current
-     * listing, which an accessor then finds to be empty.
+     * listing, which an accessor then finds to be empty, and an answer with the same content is no news.
      */
     [[nodiscard]] bool load();
-
-    /** Whether a listing of \a otherHash is the current one, and can be read: another process may have
-     * removed it. */
-    [[nodiscard]] bool has(const QByteArray &otherHash) const;
 
     /**
      * Copies the current listing into the directory, if it is not there, and removes every other. After a
