@@ -117,8 +117,9 @@ QDir InstallLocation::directory(bool create) const
     if (!root)
         return QDir(QString());
     QDir directory(root->directory().absoluteFilePath(path));
-    if (create && !directory.exists() && !directory.mkpath(directory.absolutePath()))
-        qCCritical(lcInstallLoc) << "Failed to create package install location" << directory.absolutePath();
+    const QString place = directory.absolutePath();
+    if (create && !directory.exists() && !(isInsideRoot(QString()) && directory.mkpath(place)))
+        qCCritical(lcInstallLoc) << "Failed to create package install location" << place;
     return directory;
 }
 

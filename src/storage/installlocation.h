@@ -46,8 +46,9 @@ public:
     InstallLocation subLocation(const QString &path) const;
 
     /**
-     * The directory of this location, made with all its parents if \a create is set and it does not exist.
-     * A QDir on an empty path for a null location.
+     * The directory of this location, made with all its parents if \a create is set and it does not exist;
+     * none is made for a location that would lead out of the root. A QDir on an empty path for a null
+     * location.
      */
     QDir directory(bool create) const;
 
