@@ -6,7 +6,6 @@
 
 #include <Tamsel/Locations>
 
-#include <QDateTime>
 #include <QLockFile>
 #include <QThread>
 
@@ -71,7 +70,7 @@ void cleanup(const QDateTime &now)
 InstallLocationRoot::InstallLocationRoot()
 {
     create();
-    runOnPool(QRunnable::create([] { cleanup(QDateTime::currentDateTime()); }));
+    runOnPool(QRunnable::create([] { cleanup(); }));
 }
 
 InstallLocationRoot::~InstallLocationRoot() = default;

@@ -2,10 +2,10 @@
 
 #include "testexport_p.h"
 
+#include <QDateTime>
 #include <QDir>
 #include <QScopedPointer>
 
-class QDateTime;
 class QLockFile;
 
 namespace ts::pm {
@@ -40,6 +40,6 @@ TAMSEL_TEST_EXPORT QDir _installDir();
  * Removes the install roots that nobody holds a lock on and that were more than five minutes old at \a now.
  * May run several times at once, in one process and in several. Worker job only.
  */
-TAMSEL_TEST_EXPORT void cleanup(const QDateTime &now);
+TAMSEL_TEST_EXPORT void cleanup(const QDateTime &now = QDateTime::currentDateTime());
 
 } // namespace ts::pm
