@@ -78,7 +78,8 @@ void FileProxyServer::resolveFile(const QString &key, const QUrl &url, int code,
     if (code == FileProxyConnection::Ok)
         d->waiting.remove(target);
     for (const unsigned int id : ids) {
-        if (FileProxyConnection *connection = d->connections.value(id))
+        FileProxyConnection *connection = d->connections.value(id);
+        if (connection && connection->requestTarget() == target)
             connection->sendResponse(code, path);
     }
 }
@@ -109,7 +110,9 @@ void FileProxyServer::requestFile(QUrl file) // NOLINT(performance-unnecessary-v
     auto *connection = qobject_cast<FileProxyConnection *>(sender());
     if (!connection)
         return;
-    d->waiting.insert(connection->requestTarget(), connection->connectionId());
+    const QString target = connection->requestTarget();
+    if (!d->waiting.contains(target, connection->connectionId()))
+        d->waiting.insert(target, connection->connectionId());
     QString path = file.path(QUrl::FullyDecoded);
     if (path.startsWith(QLatin1Char('/')))
         path.remove(0, 1);

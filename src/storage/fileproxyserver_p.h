@@ -20,6 +20,7 @@ public:
     QHash<QString, IFileProxy *> providers;                 // by key, not owned
 
     // Ids of the connections that wait for a file, by target: one that resolves need not look at all others.
+    // A connection that has told its client of an error by itself stays, and may wait for another by now.
     QMultiHash<QString, unsigned int> waiting;
 
     void resumeAcceptingSoon();
