@@ -245,6 +245,8 @@ QVariant PackageListModel::data(const QModelIndex &index, int role) const
     const PackageNode *package = d->rows.at(row);
     if (role == idRole)
         return package->id().toString();
+    if (role < firstFieldRole)
+        return QVariant();
     const ManifestField *field = d->fields.value(role - firstFieldRole);
     return field ? field->read(package) : QVariant();
 }

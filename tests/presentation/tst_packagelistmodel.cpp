@@ -12,6 +12,8 @@
 #include <QSemaphore>
 #include <QtTest>
 
+#include <limits>
+
 using namespace std::chrono_literals;
 using namespace ts::pm;
 using namespace ts::pm::test;
@@ -348,7 +350,7 @@ void tst_PackageListModel::roles()
     QCOMPARE(stage.log.take() + stage.told(), "manifestFieldsChanged, reset"_s);
     QCOMPARE(model.roleNames(), (QHash<int, QByteArray>{{0, "id"}, {32, "title"}, {33, "picture"}}));
     QCOMPARE(stage.log.rows(), "A/Oak/memory:/A/oak.pngB//"_s); // a file also before it is installed
-    for (const int role : {-1, 1, 31, 34, int(Qt::UserRole)})
+    for (const int role : {std::numeric_limits<int>::min(), -1, 1, 31, 34, int(Qt::UserRole)})
         QVERIFY(!model.data(model.index(0), role).isValid());
     QVERIFY(!model.data(QModelIndex(), 0).isValid() && model.rowCount(model.index(0)) == 0);
 
