@@ -34,7 +34,8 @@ class TAMSELPACKAGEMANAGER_EXPORT Keyword : public QObject
     Q_PROPERTY(QString keywordId READ keywordId WRITE setKeywordId NOTIFY keywordIdChanged)
 
 public:
-    enum Type {
+    /** A record of any other number makes no keyword. */
+    enum Type : int {
         Invalid = -1,
         Noun = 0,      ///< "noun", with singular and plural
         Name = 1,      ///< "name"

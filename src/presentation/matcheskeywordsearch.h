@@ -23,7 +23,8 @@ class TAMSELPACKAGEMANAGER_EXPORT MatchesKeywordSearch : public PackageMatcher
                    matchModeChanged)
 
 public:
-    enum MatchMode {
+    /** QML can set any number: one without a name counts as PartialMatch. */
+    enum MatchMode : int {
         PartialMatch = 0, ///< a string of the keyword contains the text
         FullMatch = 1,    ///< a string of the keyword equals the text
     };

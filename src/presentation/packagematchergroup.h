@@ -28,7 +28,8 @@ class TAMSELPACKAGEMANAGER_EXPORT PackageMatcherGroup : public PackageMatcher
     Q_PROPERTY(QQmlListProperty<ts::pm::PackageMatcher> matchers READ matchers NOTIFY matchersChanged)
 
 public:
-    enum MatchRequirement {
+    /** QML can set any number: one without a name counts as MatchAny. */
+    enum MatchRequirement : int {
         MatchAll = 0, ///< every member has to take the package
         MatchAny = 1, ///< one member has to take the package
     };

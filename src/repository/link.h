@@ -7,7 +7,7 @@ class QString;
 namespace ts::pm {
 
 /** What a link between two nodes of the index says about the node where it starts. */
-enum LinkType {
+enum LinkType : int {
     InvalidLink = -1,
     IsA = 0,       ///< "is_a"
     Contains = 1,  ///< "contains"

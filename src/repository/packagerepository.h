@@ -32,8 +32,8 @@ class TAMSELPACKAGEMANAGER_EXPORT PackageRepository : public QObject
     Q_OBJECT
 
 public:
-    /** When sources are asked to save what they hold. */
-    enum SourcePersistencePolicy {
+    /** When sources are asked to save what they hold. Any other number counts as PersistOnRequest. */
+    enum SourcePersistencePolicy : int {
         PersistAfterUpdate = 0, ///< after each build, before packageIndexChanged()
         PersistOnRequest = 1,   ///< only in persistSources()
     };

@@ -59,9 +59,9 @@ public:
             for (int i = 0; i < 2; ++i) { // the second time changes nothing
                 for (const char *property : {"keywordId", "name", "searchString"})
                     matcher->setProperty(property, word.section(":"_s, 1));
-                matcher->setProperty("matchMode", int(verb == "full"_s));
-                if (verb == "any"_s)
-                    group->setMatchRequirement(PackageMatcherGroup::MatchAny);
+                matcher->setProperty("matchMode", verb == "odd"_s ? 7 : int(verb == "full"_s));
+                if (verb == "any"_s || verb == "odd"_s)
+                    group->setProperty("matchRequirement", verb == "any"_s ? 1 : 7);
             }
         }
         updateCount = updates.count();
@@ -117,6 +117,7 @@ void tst_Matchers::matchers()
         has:treetop has:shade    | palm, 2 updates
         any has:treetop has:shade| poppy palm pine, 3 updates
         any has: has:shade       | poppy palm, 2 updates
+        odd:had has:treetop      | poppy palm pine, 4 updates
         has: has:treetop         | palm pine, 1 updates)")) {
         const auto filter = garden.filter(row[0]);
         const QString taken = filter ? garden.select(filter, {}) : "unrestricted"_s;
