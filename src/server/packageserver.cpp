@@ -13,6 +13,7 @@
 #include <QNetworkRequest>
 
 #include <chrono>
+#include <limits>
 
 namespace ts::pm {
 
@@ -123,7 +124,8 @@ void PackageServerPrivate::noteSuccess()
 void PackageServerPrivate::noteFailure()
 {
     nextUpdate.setRemainingTime(firstRetryDelay * (1 << qMin(failures, mostDoublings)), Qt::CoarseTimer);
-    ++failures;
+    if (failures < std::numeric_limits<int>::max())
+        ++failures;
 }
 
 StorageRunnable::StorageRunnable(const QSharedPointer<PackageLedger> &ledger, const QDir &dir,
