@@ -192,47 +192,49 @@ void PackageServerAccessor::requestFile(const QUrl &url)
         proxy->resolveFile(proxyKey, url, badGateway, QString());
         return;
     }
-    const QString id = requestedFileId(url);
+    const QByteArray id = requestedFileId(url);
+    const QString storeId = QString::fromLatin1(id);
     if (id.isEmpty())
         proxy->resolveFile(proxyKey, url, notFound, QString());
-    else if (store->contains(id))
-        proxy->resolveFile(proxyKey, url, httpOk, store->pathForId(id));
+    else if (store->contains(storeId))
+        proxy->resolveFile(proxyKey, url, httpOk, store->pathForId(storeId));
     else
         loadFile(id, url);
 }
 
-QString PackageServerAccessor::requestedFileId(const QUrl &url) const
+QByteArray PackageServerAccessor::requestedFileId(const QUrl &url) const
 {
     const QStringList parts = url.path(QUrl::FullyDecoded).split(QLatin1Char('/'));
     if (parts.size() < 2)
-        return QString();
-    const QString plain = fileId(parts.at(0).toLatin1(), QStringList(parts.mid(1)).join(QLatin1Char('/')));
+        return QByteArray();
+    const QByteArray plain = fileId(parts.at(0).toLatin1(), QStringList(parts.mid(1)).join(QLatin1Char('/')));
     const QStringList escaped = unescapedProxyPath(parts);
     return plain.isEmpty() && !escaped.isEmpty() ? fileId(escaped.at(0).toUtf8(), escaped.at(1)) : plain;
 }
 
 // Empty if there is no such file.
-QString PackageServerAccessor::fileId(const QByteArray &packageId, const QString &name) const
+QByteArray PackageServerAccessor::fileId(const QByteArray &packageId, const QString &name) const
 {
     const PackageEntry *package = ledger->findPackage(packageId);
     const unsigned char *digest = package ? fileDigest(*package, name) : nullptr;
-    return digest ? QString::fromLatin1(digestBytes(digest).toHex()) : QString();
+    return digest ? digestBytes(digest).toHex() : QByteArray();
 }
 
 // What answers holds shares of its own: this object may be gone by then.
-void PackageServerAccessor::loadFile(const QString &id, const QUrl &url)
+void PackageServerAccessor::loadFile(const QByteArray &id, const QUrl &url)
 {
-    FileStoreTarget *target = store->getTarget(id, QCryptographicHash::Sha224);
-    ts::Request *request = service->getRequest(ledgerFileUrl(id));
+    const QString storeId = QString::fromLatin1(id);
+    FileStoreTarget *target = store->getTarget(storeId, QCryptographicHash::Sha224);
+    ts::Request *request = service->getRequest(ledgerFileUrl(storeId));
     target->setParent(request);
     request->setDataSink(target);
-    const auto answer = [request, target, proxy = proxy, store = store, key = proxyKey, id, url] {
+    const auto answer = [request, target, proxy = proxy, store = store, key = proxyKey, storeId, url] {
         if (!request->isOk(httpOk))
             proxy->resolveFile(key, url, request->responseCode(), QString());
         else if (target->commit() != 0)
             proxy->resolveFile(key, url, internalError, QString());
         else
-            proxy->resolveFile(key, url, httpOk, store->pathForId(id));
+            proxy->resolveFile(key, url, httpOk, store->pathForId(storeId));
     };
     QObject::connect(request, &ts::Request::finished, request, answer);
 }

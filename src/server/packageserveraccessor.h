@@ -3,6 +3,7 @@
 #include "repository/packageaccessor.h"
 #include "storage/ifileproxy.h"
 
+#include <QByteArray>
 #include <QPointer>
 #include <QSharedPointer>
 #include <QString>
@@ -60,9 +61,9 @@ public:
 
 private:
     QUrl openProxy() const;
-    QString requestedFileId(const QUrl &url) const;
-    QString fileId(const QByteArray &packageId, const QString &name) const;
-    void loadFile(const QString &id, const QUrl &url);
+    QByteArray requestedFileId(const QUrl &url) const;
+    QByteArray fileId(const QByteArray &packageId, const QString &name) const;
+    void loadFile(const QByteArray &id, const QUrl &url);
 
     const QSharedPointer<PackageLedger> ledger;
     const QPointer<ts::account::Service> service;
