@@ -91,7 +91,9 @@ private Q_SLOTS:
             publish --ledger l c               | TREE is missing
             publish --ledger l c ''            | TREE is empty
             couchdb c                          | --url or --output is missing
+            publish --ledger l --key k c www   | --key and --ledger do not go together
             couchdb --url http://x --output y c | do not go together
+            couchdb --output y --prune c       | --prune and --output do not go together
             couchdb --url ftp://me:word@x/y c  | '...@x/y' is no URL
             serve www more                     | Unexpected argument 'more')")) {
             const Outcome outcome = workshop.run(row[0]);

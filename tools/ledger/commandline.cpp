@@ -53,6 +53,14 @@ void CommandLine::addOption(const QString &name, const QString &valueName, const
 void CommandLine::require(const QStringList &options, const QString &instead)
 {
     requirements.append({options, instead});
+    if (!instead.isEmpty())
+        exclude(options, instead);
+}
+
+void CommandLine::exclude(const QStringList &options, const QString &other)
+{
+    for (const QString &option : options)
+        exclusions.append({option, other});
 }
 
 void CommandLine::addArgument(const QString &name, const QString &description)
@@ -76,6 +84,8 @@ std::optional<int> CommandLine::parse(const QStringList &arguments)
     const int empty = parser.positionalArguments().indexOf(QString());
     if (empty >= 0)
         return refuse(QStringLiteral("%1 is empty.").arg(this->arguments.at(empty)));
+    if (const QString complaint = conflict(); !complaint.isNull())
+        return refuse(complaint);
     for (const Requirement &requirement : qAsConst(requirements)) {
         const QString complaint = requirement.complaint(parser);
         if (!complaint.isNull())
@@ -89,6 +99,16 @@ int CommandLine::refuse(const QString &message) const
     Console::error(message);
     Console::hint(QStringLiteral("See 'tamsel-ledger %1 --help'.").arg(command));
     return UsageError;
+}
+
+// About the first two options that do not go together; null if all do.
+QString CommandLine::conflict() const
+{
+    for (const auto &[option, other] : exclusions) {
+        if (parser.isSet(option) && parser.isSet(other))
+            return QStringLiteral("--%1 and --%2 do not go together.").arg(option, other);
+    }
+    return QString();
 }
 
 // The first line of the parser's own text names the program only.

@@ -25,8 +25,10 @@ public:
 
     void addFlag(const QString &name, const QString &description);
     void addOption(const QString &name, const QString &valueName, const QString &description);
-    /** These options have to be given, unless \a instead is. */
+    /** These options have to be given, unless \a instead is, with which none of them goes together. */
     void require(const QStringList &options, const QString &instead = QString());
+    /** None of these options goes together with \a other. */
+    void exclude(const QStringList &options, const QString &other);
     /** Every argument that is added has to be given. */
     void addArgument(const QString &name, const QString &description);
 
@@ -50,6 +52,7 @@ private:
         QString instead;
     };
 
+    QString conflict() const;
     QString help() const;
     QString usage() const;
 
@@ -57,6 +60,7 @@ private:
     QStringList arguments;
     QMap<QString, QString> valueNames; // by option
     QVector<Requirement> requirements;
+    QVector<QPair<QString, QString>> exclusions; // options that do not go together
     QCommandLineParser parser;
 };
 

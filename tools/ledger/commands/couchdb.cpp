@@ -87,15 +87,14 @@ void addOptions(CommandLine &line)
         QStringLiteral(
             "Write the documents to FILE instead, for a POST to _bulk_docs of an empty database."));
     line.require({urlOption}, outputOption);
+    line.exclude({credentialsOption, pruneOption}, outputOption);
     addCatalogueOption(line);
     line.addArgument(QStringLiteral("CATALOGUE"), QStringLiteral("Directory of the catalogue."));
 }
 
-// The exit code if they do not go together.
-std::optional<int> checkOptions(const CommandLine &line)
+// The exit code if it is none of a database.
+std::optional<int> checkUrl(const CommandLine &line)
 {
-    if (line.isSet(urlOption) && line.isSet(outputOption))
-        return line.refuse(QStringLiteral("--url and --output do not go together."));
     const QString scheme = QUrl(line.value(urlOption)).scheme();
     if (line.isSet(urlOption) && scheme != QLatin1String("http") && scheme != QLatin1String("https"))
         return line.refuse(
@@ -115,7 +114,7 @@ int couchdb(const QStringList &arguments)
     addOptions(line);
     if (const auto exitCode = line.parse(arguments))
         return *exitCode;
-    if (const auto exitCode = checkOptions(line))
+    if (const auto exitCode = checkUrl(line))
         return *exitCode;
 
     Problems problems;
