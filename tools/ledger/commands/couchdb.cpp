@@ -47,7 +47,11 @@ QByteArray readCredentials(const CommandLine &line, Problems &problems)
     if (!line.isSet(credentialsOption))
         return QByteArray();
     QFile file(line.value(credentialsOption));
-    const QByteArray credentials = file.open(QIODevice::ReadOnly) ? file.readLine().trimmed() : QByteArray();
+    if (!file.open(QIODevice::ReadOnly)) {
+        problems.addError(file.fileName(), file.errorString());
+        return QByteArray();
+    }
+    const QByteArray credentials = file.readLine().trimmed();
     if (!credentials.contains(':'))
         problems.addError(file.fileName(), QStringLiteral("no line as in 'user:password'"));
     return credentials;
