@@ -145,6 +145,7 @@ private Q_SLOTS:
                       {"from":"tree","type":"requires","to":"top"}]})"));
         const QString tables = workshop.run("inspect one"_s).output;
         QVERIFY(tables.contains(" / B\u00e4ume, tree / trees\n"_s)
+                && tables.contains("2 keywords in 2 languages"_s)
                 && tables.contains("\n            top  "_s));
     }
 

@@ -64,14 +64,15 @@ LedgerReport::LedgerReport(const LedgerRecords &records, const LedgerVerificatio
 {
 }
 
+// A literal's language, the one without a name, is none to be counted.
 QString LedgerReport::summary() const
 {
+    const int languages = records.languages.size() - records.languages.count(QByteArray());
     return QStringLiteral("%1, %2 of %3, %4 in %5, %6")
         .arg(counted(records.issuers.size(), latin1("issuer")),
              counted(records.packages.size(), latin1("package")),
              counted(records.types.size(), latin1("type")),
-             counted(records.keywords.size(), latin1("keyword")),
-             counted(records.languages.size(), latin1("language")),
+             counted(records.keywords.size(), latin1("keyword")), counted(languages, latin1("language")),
              counted(records.links.size(), latin1("link")));
 }
 
