@@ -1,5 +1,6 @@
 #include "ledger/cataloguereader.h"
 
+#include "ledger/counted.h"
 #include "ledger/filecopy.h"
 #include "ledger/keywordfile.h"
 #include "ledger/latin1.h"
@@ -14,6 +15,7 @@
 #include <QtConcurrentMap>
 
 #include <algorithm>
+#include <set>
 #include <tuple>
 
 namespace ts::ledger {
@@ -30,6 +32,15 @@ constexpr QLatin1String jsonSuffix = latin1(".json");
 bool isSafeInUrls(const QString &name)
 {
     return std::none_of(name.begin(), name.end(), [](QChar c) { return QLatin1String(":%?#").contains(c); });
+}
+
+bool hasText(const pm::KeywordInfo &keyword, const QString &language)
+{
+    if (keyword.type == pm::Keyword::Literal)
+        return true;
+    return std::any_of(keyword.strings.begin(), keyword.strings.end(), [&](const pm::LangString &string) {
+        return string.language == language && !(string.sg.isEmpty() && string.pl.isEmpty());
+    });
 }
 
 struct Hashing
@@ -88,6 +99,8 @@ Catalogue CatalogueReader::read()
     sort();
     checkIds();
     checkLinks();
+    if (problems.errors.isEmpty())
+        checkLanguages();
     return catalogue;
 }
 
@@ -290,6 +303,32 @@ void CatalogueReader::checkLinks()
                     link.origin,
                     QStringLiteral("no package and no keyword of this directory has the id '%1'").arg(end));
         }
+    }
+}
+
+// One string is enough for a server to offer its language. German and English are always in use: the one for
+// the order of packages, the other for everybody whose language is not offered.
+void CatalogueReader::checkLanguages()
+{
+    std::set<QString> languages{QStringLiteral("de"), QStringLiteral("en")};
+    for (const CatalogueKeyword &keyword : qAsConst(catalogue.keywords)) {
+        for (const pm::LangString &string : keyword.info.strings)
+            languages.insert(string.language);
+    }
+    languages.erase(QString()); // that of literals
+    for (const QString &language : languages) {
+        QStringList places;
+        for (const CatalogueKeyword &keyword : qAsConst(catalogue.keywords)) {
+            if (!hasText(keyword.info, language))
+                places.append(keyword.origin);
+        }
+        if (places.isEmpty())
+            continue;
+        QString text =
+            QStringLiteral("no text in the language '%1', in which it shows as empty").arg(language);
+        if (const int others = places.size() - 1; others > 0)
+            text += QStringLiteral("; the same goes for %1").arg(counted(others, latin1("other keyword")));
+        problems.addWarning(places.constFirst(), text);
     }
 }
 

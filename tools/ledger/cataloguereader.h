@@ -44,6 +44,7 @@ private:
     void sort();
     void checkIds();
     void checkLinks();
+    void checkLanguages();
 
     const QString root; // canonical; empty if there is no such directory
     const SubDirectories subDirectories;
