@@ -3,6 +3,7 @@
 #include <QEventLoop>
 #include <QNetworkReply>
 #include <QScopedPointer>
+#include <QSslError>
 
 namespace ts::ledger {
 
@@ -10,6 +11,16 @@ namespace {
 
 constexpr int transferTimeout = 60000;          // milliseconds without a byte
 constexpr qint64 largestBody = 0x7FFFFFFF - 64; // bytes after decompression, as many as a QByteArray holds
+
+// Why a server's certificate is not believed; otherwise all that shows is that the handshake failed.
+QString reasons(const QList<QSslError> &errors)
+{
+    QStringList texts;
+    for (const QSslError &error : errors)
+        texts.append(error.errorString());
+    texts.removeDuplicates();
+    return texts.join(QLatin1String("; "));
+}
 
 } // namespace
 
@@ -44,6 +55,9 @@ HttpAnswer HttpClient::exchange(const QByteArray &method, const QUrl &url, const
     const QScopedPointer<QNetworkReply> reply(manager.sendCustomRequest(request, method, json));
     QEventLoop loop;
     QObject::connect(reply.data(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
+    QString distrust;
+    QObject::connect(reply.data(), &QNetworkReply::sslErrors, &loop,
+                     [&distrust](const QList<QSslError> &errors) { distrust = reasons(errors); });
     HttpAnswer answer;
     qint64 size = 0;
     bool isTooLarge = false;
@@ -61,10 +75,11 @@ HttpAnswer HttpClient::exchange(const QByteArray &method, const QUrl &url, const
     answer.status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
     // A status that tells of a failure is an answer as well; below it are failures of the connection.
     const bool answered = reply->error() == QNetworkReply::NoError || answer.status >= 400;
+    const QString failure = distrust.isEmpty() ? reply->errorString() : distrust;
     if (isTooLarge || !answered)
         answer.error = QStringLiteral("%1: %2").arg(
             url.toString(QUrl::RemoveUserInfo | QUrl::RemoveQuery),
-            isTooLarge ? QStringLiteral("more than %1 bytes").arg(largestBody) : reply->errorString());
+            isTooLarge ? QStringLiteral("more than %1 bytes").arg(largestBody) : failure);
     return answer;
 }
 
