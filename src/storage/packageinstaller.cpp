@@ -73,6 +73,17 @@ void PackageInstallerPrivate::forget(PackageInstaller *dependency)
     count(dependency->status(), -1);
 }
 
+bool PackageInstallerPrivate::isBelow(const PackageInstaller *installer) const
+{
+    // One without dependencies, as are all that are just being made, has nothing below it.
+    if (installer->d->dependencies.isEmpty())
+        return installer == q;
+    const PackageInstaller *above = q;
+    while (above && above != installer)
+        above = above->d->dependent;
+    return above;
+}
+
 PackageInstaller::PackageInstaller(const InstallLocation &location)
     : d(new PackageInstallerPrivate(this, location))
 {
@@ -126,6 +137,10 @@ QList<PackageInstaller *> PackageInstaller::dependencies() const
 
 void PackageInstaller::addDependency(PackageInstaller *installer)
 {
+    if (!installer || installer->d->dependent == this || d->isBelow(installer))
+        return;
+    if (installer->d->dependent)
+        installer->d->dependent->d->forget(installer);
     installer->setParent(this);
     installer->d->dependent = this;
     d->dependencies.append(installer);

@@ -72,6 +72,9 @@ public:
     /**
      * Makes the status of this job depend on \a installer, which becomes a child of this object. The status
      * is not folded here: it changes when a member of the tree next does.
+     *
+     * One that was a dependency of another job is taken from that one. Null, one that is a dependency
+     * already, and one that would close a circle change nothing.
      */
     void addDependency(PackageInstaller *installer);
 
@@ -94,8 +97,8 @@ protected:
 
     /**
      * Runs \a work on the global thread pool; its result becomes the errors of this job, which then ends.
-     * \a work must hold copies of all that it needs, since the installer may be gone before it returns.
-     * Returns the watcher of the job, a child of this object.
+     * \a work must hold copies of all that it needs, since the installer may be gone before it returns. It
+     * must not be empty, and does not throw. Returns the watcher of the job, a child of this object.
      */
     QFutureWatcherBase *startWorker(const std::function<QList<InstallError>()> &work);
 

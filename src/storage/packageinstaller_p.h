@@ -17,6 +17,8 @@ public:
     bool refold();
     QVector<PackageInstaller *> takeDependencies();
     void forget(PackageInstaller *dependency);
+    /** Whether \a installer is this job, or one that it is a dependency of, directly or through others. */
+    bool isBelow(const PackageInstaller *installer) const;
 
     PackageInstaller *const q;
     bool finished = false;

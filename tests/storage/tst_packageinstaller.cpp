@@ -72,7 +72,10 @@ private Q_SLOTS:
         QPointer<ManualInstaller> root = new ManualInstaller;
         delete dependencyOf(root); // nobody waits for it any more
         ManualInstaller *middle = dependencyOf(root);
-        ManualInstaller *leaf = dependencyOf(middle);
+        ManualInstaller *leaf = dependencyOf(root);
+        for (PackageInstaller *installer :
+             std::initializer_list<PackageInstaller *>{leaf, leaf, root, middle, nullptr})
+            middle->addDependency(installer); // the leaf moves here, all others change nothing
         connect(middle, &PackageInstaller::statusChanged, this, [&] { order.append("middle"_s); });
         connect(leaf, &PackageInstaller::statusChanged, this, [&] { order.append("leaf"_s); });
         connect(root, &PackageInstaller::statusChanged, this, [&] {
