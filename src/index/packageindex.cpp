@@ -116,7 +116,8 @@ PackageIndex::~PackageIndex() = default;
 
 void PackageIndex::addSource(PackageSource *source)
 {
-    d->accessors.emplace_back(source->getAccessor());
+    if (PackageAccessor *accessor = source ? source->getAccessor() : nullptr)
+        d->accessors.emplace_back(accessor);
 }
 
 void PackageIndex::build()

@@ -42,7 +42,10 @@ public:
     PackageIndex();
     ~PackageIndex();
 
-    /** Takes an accessor from \a source. To be called in ascending priority, before build(). */
+    /**
+     * Takes an accessor from \a source. To be called in ascending priority, before build(). Null, and a
+     * source that gives no accessor, adds nothing.
+     */
     void addSource(PackageSource *source);
 
     /** Reads all accessors and builds the graph. To be called once. */
@@ -54,7 +57,7 @@ public:
     /** Code of the language that keyword strings are in. */
     QStringRef activeLanguage() const;
 
-    /** The accessor at \a position, in the order of addSource(). No bounds check. */
+    /** The accessor at \a position, in the order in which addSource() took them. No bounds check. */
     PackageAccessor *accessor(int position) const;
 
     /** Number of packages, of all types. */

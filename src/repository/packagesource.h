@@ -29,7 +29,7 @@ public:
 
     /**
      * A new accessor on what the source knows now; the caller owns it. Called once for each index build. Has
-     * to be quick: slow work belongs in PackageAccessor::initialize().
+     * to be quick: slow work belongs in PackageAccessor::initialize(). Null counts as one that holds nothing.
      */
     virtual PackageAccessor *getAccessor() const = 0;
 

@@ -101,6 +101,7 @@ private Q_SLOTS:
         b.catalogue = graph("p"_s);
         auto index = QSharedPointer<PackageIndex>::create();
         index->addSource(&a);
+        index->addSource(nullptr);
         index->addSource(&b);
         QVERIFY(calls.isEmpty());
         index->build();
