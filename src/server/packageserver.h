@@ -47,7 +47,7 @@ public:
     explicit PackageServer(ts::account::Service *service, QObject *parent = nullptr);
     ~PackageServer() override;
 
-    /** 0, the lowest of all sources. */
+    /** 0, below local directories and databases. */
     int priority() const override;
     PackageAccessor *getAccessor() const override;
 
