@@ -7,7 +7,10 @@
 #include <Tamsel/Locations>
 
 #include <QLockFile>
+#include <QMutex>
 #include <QThread>
+
+#include <mutex>
 
 namespace ts::pm {
 
@@ -51,6 +54,16 @@ void removeIfStale(const QFileInfo &entry, const QDateTime &now)
     qCDebug(lcInstallLoc) << "Removing stale install location" << root.absolutePath();
 }
 
+// Several indexes are often built within a second. Two clean-ups at once would remove each other's locks,
+// about which QLockFile warns. One that is under way does for both.
+void cleanupUnlessUnderWay()
+{
+    static QBasicMutex underWay;
+    const std::unique_lock<QBasicMutex> lock(underWay, std::try_to_lock);
+    if (lock)
+        cleanup();
+}
+
 } // namespace
 
 QDir _installDir()
@@ -70,7 +83,7 @@ void cleanup(const QDateTime &now)
 InstallLocationRoot::InstallLocationRoot()
 {
     create();
-    runOnPool(QRunnable::create([] { cleanup(); }));
+    runOnPool(QRunnable::create(cleanupUnlessUnderWay));
 }
 
 InstallLocationRoot::~InstallLocationRoot() = default;
