@@ -112,7 +112,7 @@ void PackageIndexBuilder::buildIndex(int accessorPosition)
 template<typename Read, typename Create>
 void PackageIndexBuilder::addNodes(int count, Read read, Create create)
 {
-    d.nodes.reserve(d.nodes.nodes().size() + count);
+    d.nodes.reserve(d.nodes.nodes().size() + qMax(count, 0));
     std::array<PackageIndexNode *, recordsInBlock> block{};
     int filled = 0;
     for (int j = 0; j < count; ++j) {

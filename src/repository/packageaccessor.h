@@ -26,7 +26,7 @@ class PackageInstaller;
  * the thread of the application object, whichever thread lets go of the index; never, if a worker does while
  * that object goes.
  * Errors: none. What cannot be read comes back as a record in its default state, an unreadable source has no
- * packages, keywords and links. An accessor does not throw.
+ * packages, keywords and links; a negative count is none. An accessor does not throw.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageAccessor
 {
