@@ -57,7 +57,8 @@ public:
      * cannot be made. A file that is already there is left as it is and counts as installed. Whether \a
      * source exists is not examined.
      *
-     * Returns whether a file of that name is there now. False without touching the disk for a null location,
+     * Returns whether a file of that name is there now. An empty name is that of the directory itself, which
+     * counts as there. False without touching the disk for a null location,
      * and for names or locations that would lead out of the root (absolute, "..", a drive, a NUL).
      */
     bool installFile(const QString &source, const QString &name) const;
