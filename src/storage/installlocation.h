@@ -33,7 +33,7 @@ public:
 
     /**
      * Makes a new root with a random name below "packages/install" of the data location, locks it, and starts
-     * a clean-up of stale roots on the global thread pool, unless this process is at one already.
+     * a clean-up of stale roots on the global thread pool.
      *
      * The result is never null, also where the directory could not be made; installFile() then fails.
      */

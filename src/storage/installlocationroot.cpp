@@ -7,10 +7,9 @@
 #include <Tamsel/Locations>
 
 #include <QLockFile>
-#include <QMutex>
 #include <QThread>
 
-#include <mutex>
+#include <atomic>
 
 namespace ts::pm {
 
@@ -55,13 +54,18 @@ void removeIfStale(const QFileInfo &entry, const QDateTime &now)
 }
 
 // Several indexes are often built within a second. Two clean-ups at once would remove each other's locks,
-// about which QLockFile warns. One that is under way does for both.
-void cleanupUnlessUnderWay()
+// about which QLockFile warns. So the one that is under way goes over the roots once more for all that were
+// asked for meanwhile.
+void cleanupInTurn()
 {
-    static QBasicMutex underWay;
-    const std::unique_lock<QBasicMutex> lock(underWay, std::try_to_lock);
-    if (lock)
+    static std::atomic<int> asked(0);
+    if (asked.fetch_add(1) > 0)
+        return;
+    int done = 0;
+    do {
+        done = asked.load();
         cleanup();
+    } while (!asked.compare_exchange_strong(done, 0));
 }
 
 } // namespace
@@ -83,7 +87,7 @@ void cleanup(const QDateTime &now)
 InstallLocationRoot::InstallLocationRoot()
 {
     create();
-    runOnPool(QRunnable::create(cleanupUnlessUnderWay));
+    runOnPool(QRunnable::create(cleanupInTurn));
 }
 
 InstallLocationRoot::~InstallLocationRoot() = default;
