@@ -35,7 +35,7 @@ QtObject {
 
     readonly property Instantiator databases: Instantiator {
         model: Session.databases.length
-        delegate: CouchDBSource { url: Session.databases[index] }
+        delegate: CouchDBSource { url: Session.databases[index] || "" }
         onObjectAdded: catalogue.provider.sources.push(object)
     }
 
