@@ -87,7 +87,7 @@ void cleanup(const QDateTime &now)
 InstallLocationRoot::InstallLocationRoot()
 {
     create();
-    runOnPool(QRunnable::create(cleanupInTurn));
+    runOnPool(QRunnable::create([] { cleanupInTurn(); }));
 }
 
 InstallLocationRoot::~InstallLocationRoot() = default;
