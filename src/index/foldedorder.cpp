@@ -25,19 +25,26 @@ uint foldedUnit(QChar unit, QChar previous)
 
 } // namespace
 
-void FoldedOrder::reserve(int texts)
+FoldedOrder::FoldedOrder(const QVector<int> &groupSizes)
 {
-    entries.reserve(texts);
+    places.reserve(groupSizes.size());
+    int first = 0;
+    for (const int size : groupSizes) {
+        places.append(first);
+        if (size > 1)
+            unsorted.append({first, first + size, 0});
+        first += size;
+    }
+    entries.resize(first);
 }
 
 void FoldedOrder::add(int group, const QStringRef &text)
 {
-    entries.append({0, text.unicode(), text.size(), entries.size(), group});
+    entries[places[group]++] = {0, text.unicode(), text.size(), count++};
 }
 
 QVector<int> FoldedOrder::sorted()
 {
-    sortByGroup();
     while (!unsorted.isEmpty()) {
         Range range = unsorted.takeLast();
         range.depth += commonUnits(range);
@@ -51,27 +58,6 @@ QVector<int> FoldedOrder::sorted()
     for (const Entry &entry : qAsConst(entries))
         numbers.append(entry.number);
     return numbers;
-}
-
-void FoldedOrder::sortByGroup()
-{
-    QVector<int> ends;
-    for (const Entry &entry : qAsConst(entries)) {
-        if (entry.group >= ends.size())
-            ends.resize(entry.group + 1);
-        ++ends[entry.group];
-    }
-    int end = 0;
-    for (int &groupEnd : ends) {
-        if (groupEnd > 1)
-            unsorted.append({end, end + groupEnd, 0});
-        end += groupEnd;
-        groupEnd = end;
-    }
-    QVector<Entry> grouped(entries.size());
-    for (const Entry &entry : qAsConst(entries))
-        grouped[--ends[entry.group]] = entry;
-    entries = grouped;
 }
 
 // A number of units, from the depth of the range on, that all its texts have in common; not always the

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "testexport_p.h"
-
 #include <QStringRef>
 #include <QVector>
 
@@ -13,14 +11,13 @@ namespace ts::pm {
  *
  * Texts that differ in case only keep no defined order.
  */
-class TAMSEL_TEST_EXPORT FoldedOrder
+class FoldedOrder
 {
 public:
-    /** Makes room for that many texts. */
-    void reserve(int texts);
+    /** For as many texts of each group as \a groupSizes tells. Groups are ordered as numbers. */
+    explicit FoldedOrder(const QVector<int> &groupSizes);
 
-    /** Adds the next text, which has to stay where it is. Groups are ordered as numbers, which count from 0
-     * without large gaps. */
+    /** Adds the next text, which has to stay where it is. */
     void add(int group, const QStringRef &text);
 
     /** The numbers of the texts, counted in the order in which they were added, in ascending order. */
@@ -33,7 +30,6 @@ private:
         const QChar *text;
         int length;
         int number;
-        int group;
     };
     struct Range
     {
@@ -42,14 +38,15 @@ private:
         int depth; // units of text that all texts of the range have in common
     };
 
-    void sortByGroup();
     int commonUnits(const Range &range) const;
     static int commonUnits(const Entry &a, const Entry &b, int depth, int most);
     static quint64 keyAt(const Entry &entry, int depth);
     void loadKeys(const Range &range);
     void pushEqualRuns(const Range &range);
 
-    QVector<Entry> entries;
+    QVector<Entry> entries; // by group
+    QVector<int> places;    // of the next text of each group
+    int count = 0;
     QVector<Range> unsorted;
 };
 

@@ -15,7 +15,6 @@
 
 #include <algorithm>
 #include <array>
-#include <numeric>
 #include <unordered_map>
 
 namespace ts::pm {
@@ -149,14 +148,11 @@ void PackageIndexBuilder::resolveLinks(const LinkInfo *records, int count)
         hashes[size_t(i)] = d.nodes.announce(QStringRef(&records[i].to));
     for (int i = 0; i < count; ++i)
         d.nodes.approach(hashes[size_t(i)]);
-    int from = -1;
     for (int i = 0; i < count; ++i) {
         const LinkInfo &link = records[i];
         if (link.from.isEmpty() || link.to.isEmpty() || link.type == InvalidLink)
             continue;
-        // Sources often give the links of one node together.
-        if (from < 0 || !d.nodes.hasId(from, QStringRef(&link.from)))
-            from = d.nodes.numberOf(QStringRef(&link.from), d.nodes.announce(QStringRef(&link.from)));
+        from = numberNear(from, QStringRef(&link.from));
         const int to = d.nodes.numberOf(QStringRef(&link.to), hashes[size_t(i)]);
         if (from >= 0 && to >= 0) {
             qCDebug(lcPackageIndex) << "Creating link between" << link.from << "and" << link.to << "with type"
@@ -166,6 +162,17 @@ void PackageIndexBuilder::resolveLinks(const LinkInfo *records, int count)
             qCDebug(lcPackageIndex) << "Cannot link between" << link.from << "and" << link.to;
         }
     }
+}
+
+// Sources often give the links of one node together, and then those of the next.
+int PackageIndexBuilder::numberNear(int number, const QStringRef &id) const
+{
+    const int end = qMin(number + 2, d.nodes.nodes().size());
+    for (int guess = qMax(number, 0); guess < end; ++guess) {
+        if (d.nodes.hasId(guess, id))
+            return guess;
+    }
+    return d.nodes.numberOf(id, d.nodes.announce(id));
 }
 
 void PackageIndexBuilder::connectNodes()
@@ -192,25 +199,22 @@ void PackageIndexBuilder::connectOutgoing()
     }
 }
 
-// Links that end at one node come from everywhere. They are put into the order of the nodes before any node
-// is touched, so that each node is visited once and gets room for just its links.
+// Links that end at one node come from everywhere. They are counted first, so that each node gets room for
+// just its links, and no node is visited again.
 void PackageIndexBuilder::connectIncoming()
 {
     const QVector<PackageIndexNode *> &nodes = d.nodes.nodes();
-    QVector<int> ends(nodes.size() + 1, 0);
+    QVector<int> counts(nodes.size(), 0);
     for (const ResolvedLink &link : qAsConst(links))
-        ++ends[link.to + 1];
-    std::partial_sum(ends.begin(), ends.end(), ends.begin());
-    QVector<Origin> ordered(links.size());
-    for (const ResolvedLink &link : qAsConst(links))
-        ordered[ends[link.to]++] = {link.from, link.type};
-    int first = 0;
+        ++counts[link.to];
+    QVector<PackageIndexLink *> ends(nodes.size());
     for (int i = 0; i < nodes.size(); ++i) {
         QVector<PackageIndexLink> &incoming = nodes.at(i)->incoming;
-        incoming.reserve(ends.at(i) - first);
-        for (; first < ends.at(i); ++first)
-            incoming.append({ordered.at(first).type, nodes.at(ordered.at(first).node)});
+        incoming.resize(counts.at(i));
+        ends[i] = incoming.data();
     }
+    for (const ResolvedLink &link : qAsConst(links))
+        *ends[link.to]++ = {link.type, nodes.at(link.from)};
 }
 
 void PackageIndexBuilder::collectNodes()
@@ -242,7 +246,7 @@ void PackageIndexBuilder::rankAttributes()
 
 void PackageIndexBuilder::sortKeywords()
 {
-    FoldedOrder order;
+    FoldedOrder order({d.keywords.size()});
     for (const KeywordNode *keyword : qAsConst(d.keywords))
         order.add(0, keyword->displayString());
     applyOrder(d.keywords, order.sorted());
@@ -253,8 +257,10 @@ void PackageIndexBuilder::sortKeywords()
 // By type, then by sort string without regard to case.
 void PackageIndexBuilder::sortPackages(const PackageTypes &types)
 {
-    FoldedOrder order;
-    order.reserve(d.packages.size());
+    QVector<int> sizes;
+    for (const PackageType &type : types.sorted)
+        sizes.append(type.packageCount);
+    FoldedOrder order(sizes);
     CategoryChains longChains;
     qint64 room = roomForSortStrings;
     for (int i = 0; i < d.packages.size(); ++i) {

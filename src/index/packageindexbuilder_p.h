@@ -30,11 +30,6 @@ private:
         int to;
         LinkType type;
     };
-    struct Origin
-    {
-        int node;
-        LinkType type;
-    };
     struct PackageType
     {
         QStringRef name;
@@ -52,6 +47,7 @@ private:
     void addNodes(int count, Read read, Create create);
     void buildGraph(int accessorPosition);
     void resolveLinks(const LinkInfo *records, int count);
+    int numberNear(int number, const QStringRef &id) const;
     void connectNodes();
     void connectOutgoing();
     void connectIncoming();
@@ -65,6 +61,7 @@ private:
 
     PackageIndexPrivate &d;
     QVector<ResolvedLink> links;
+    int from = -1; // where the last link starts, as far as it is known
 };
 
 } // namespace ts::pm
