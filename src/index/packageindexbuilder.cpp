@@ -210,7 +210,7 @@ void PackageIndexBuilder::connectIncoming()
     QVector<PackageIndexLink *> ends(nodes.size());
     for (int i = 0; i < nodes.size(); ++i) {
         QVector<PackageIndexLink> &incoming = nodes.at(i)->incoming;
-        incoming.resize(counts.at(i));
+        incoming = QVector<PackageIndexLink>(counts.at(i));
         ends[i] = incoming.data();
     }
     for (const ResolvedLink &link : qAsConst(links))
