@@ -172,6 +172,8 @@ private Q_SLOTS:
             dictionary/a.json | {"type":"name","strings":{"<x*65536>":["x"]}}        | : language of 65536 bytes
             dictionary/a.json | {"type":"noun","strings":{"de":[{"sg":"x"}],"en":[{"sq":"x"}]}} | warning: dictionary/a.json: no text in the language 'en',
             dictionary/a.json | {"type":"name","strings":{"fr":["x"]}} | warning: dictionary/tree.json: no text in the language 'fr',
+            packages/translation/a/manifest.json | {"de":"a.qm"} | warning: packages/translation/a: names 'a.qm', but
+            packages/guide/a/manifest.json | {"de":"a.qm"} |
             dictionary/a.json | {"type":"Noun"}                     | : there is no keyword type 'Noun'
             dictionary/a.b.json | {"type":"name","strings":{"en":["x"]}}             | : a dot
             links/x.json | {"from":"oak","to":"ash","type":"is_a"}  | : no package and no keyword

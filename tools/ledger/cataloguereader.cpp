@@ -58,6 +58,12 @@ struct Hashing
     }
 };
 
+bool hasFile(const CataloguePackage &package, const QString &name)
+{
+    return std::any_of(package.files.begin(), package.files.end(),
+                       [&name](const CatalogueFile &file) { return file.name == name; });
+}
+
 } // namespace
 
 CatalogueReader::CatalogueReader(const QString &root, SubDirectories subDirectories, Problems &problems)
@@ -99,8 +105,10 @@ Catalogue CatalogueReader::read()
     sort();
     checkIds();
     checkLinks();
-    if (problems.errors.isEmpty())
+    if (problems.errors.isEmpty()) {
         checkLanguages();
+        checkTranslations();
+    }
     return catalogue;
 }
 
@@ -329,6 +337,21 @@ void CatalogueReader::checkLanguages()
         if (const int others = places.size() - 1; others > 0)
             text += QStringLiteral("; the same goes for %1").arg(counted(others, latin1("other keyword")));
         problems.addWarning(places.constFirst(), text);
+    }
+}
+
+// An application loads the file that a translation names for its language, and is silent if there is none.
+void CatalogueReader::checkTranslations()
+{
+    for (const CataloguePackage &package : qAsConst(catalogue.packages)) {
+        if (package.info.type.section(QLatin1Char(':'), 0, 0) != QLatin1String("translation"))
+            continue;
+        for (const QJsonValue value : package.manifest) {
+            const QString name = value.toString();
+            if (name.endsWith(QLatin1String(".qm")) && !hasFile(package, name))
+                problems.addWarning(package.origin,
+                                    QStringLiteral("names '%1', but has no such file").arg(name));
+        }
     }
 }
 

@@ -45,6 +45,7 @@ private:
     void checkIds();
     void checkLinks();
     void checkLanguages();
+    void checkTranslations();
 
     const QString root; // canonical; empty if there is no such directory
     const SubDirectories subDirectories;
