@@ -1,7 +1,6 @@
 // Ledgers of packages with a manifest of about 400 bytes and four files each.
-// - verify: a ledger read with its signatures, against libsodium alone that verifies the same messages on as
-// many
-//   threads;
+// - verify: a ledger read with its signatures, against libsodium alone that verifies the same messages on
+//   as many threads;
 // - parse: the same without signatures, against one pass over the packages that enters each file in a hash;
 // - index: an index built from a ledger, against one built from the same records in memory.
 

@@ -1,7 +1,6 @@
 // Searches in an index against plain loops that do the least that can be done:
 // - a keyword search, and a filter by category, against a loop over the links of all packages that tests a
-// flag
-//   computed once for each keyword;
+//   flag computed once for each keyword;
 // - suggestions against a scan of all strings.
 
 #include "support/ratioreporter.h"

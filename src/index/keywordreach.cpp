@@ -5,6 +5,7 @@
 #include "index/packageindex_p.h"
 #include "index/packagenode.h"
 
+#include <QHash>
 #include <QSet>
 #include <QVarLengthArray>
 
@@ -116,16 +117,16 @@ bool KeywordReach::leadsFrom(const PackageNode &package) const
 // Takes only ways that lead to keywords that pass, and ends at the first of these that is not taken out.
 bool KeywordReach::hasPassingKeyword(const PackageNode &package) const
 {
-    QVector<quint8> widestStates(flags.size(), WalkStateCount); // by position, of those entered
+    QHash<int, WalkState> widestStates; // of the keywords entered, by position
     QVarLengthArray<const PackageIndexNode *, 16> pending;
     const auto enter = [&](const PackageIndexLink &link) {
         if (!link.node->isKeyword())
             return;
         const int position = link.node->indexPosition();
         const WalkState state = stateAfter(link.type);
-        if (!(flags.at(position) & bitOf(state)) || widestStates.at(position) <= state)
+        if (!(flags.at(position) & bitOf(state)) || widestStates.value(position, WalkStateCount) <= state)
             return;
-        widestStates[position] = state;
+        widestStates.insert(position, state);
         pending.append(link.node);
     };
     const QSet<const PackageIndexNode *> exclusions = exclusionsOf(package);
@@ -136,7 +137,7 @@ bool KeywordReach::hasPassingKeyword(const PackageNode &package) const
         pending.removeLast();
         if (flags.at(keyword->indexPosition()) & bitOf(NoLink) && !exclusions.contains(keyword))
             return true;
-        const auto state = WalkState(widestStates.at(keyword->indexPosition()));
+        const WalkState state = widestStates.value(keyword->indexPosition());
         for (const PackageIndexLink &link : keyword->outgoingLinks()) {
             if (allowsLink(state, link.type))
                 enter(link);
