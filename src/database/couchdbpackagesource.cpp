@@ -89,6 +89,7 @@ void CouchDBPackageSource::update()
 {
     if (d->request)
         d->request->disconnect(this);
+    d->workingDir = ts::util::WorkingDir();
     auto *file = new QFile(d->workingDir.filePath(randomName()));
     file->open(QIODevice::WriteOnly); // if it fails, the request does
     QNetworkRequest request(d->viewUrl());

@@ -32,7 +32,7 @@ public:
     ts::Request *request = nullptr; // running, a child of q
     QFile *file = nullptr;          // receives the answer, a child of the request
     PersistedListing listing;
-    const ts::util::WorkingDir workingDir; // of the answers, kept by all accessors
+    ts::util::WorkingDir workingDir; // of the newest answer; one that was taken goes with its last reader
     PollCountdown countdown;
 };
 
