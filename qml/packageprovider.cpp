@@ -72,8 +72,11 @@ void PackageProvider::refresh()
 void PackageProvider::appendSource(QQmlListProperty<PackageSourceElement> *list,
                                    PackageSourceElement *element)
 {
-    if (element)
+    QObject *object = element; // of any class: push() in QML does not look
+    if (qobject_cast<PackageSourceElement *>(object))
         providerOf(list)->addElement(element);
+    else if (object)
+        qmlWarning(list->object) << object->metaObject()->className() << " is no source";
 }
 
 int PackageProvider::sourceCount(QQmlListProperty<PackageSourceElement> *list)

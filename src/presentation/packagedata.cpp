@@ -2,6 +2,7 @@
 #include "presentation/packagedata_p.h"
 
 #include "presentation/inturn_p.h"
+#include "presentation/listelement_p.h"
 
 #include <QSet>
 
@@ -24,6 +25,8 @@ PackageDataPrivate::PackageDataPrivate(PackageData *q)
 
 void PackageDataPrivate::appendField(QQmlListProperty<ManifestField> *list, ManifestField *field)
 {
+    if (!belongsIn(list, field))
+        return;
     PackageDataPrivate *d = dataOf(list);
     d->fields.append(field);
     d->queueFieldChange();

@@ -5,6 +5,7 @@
 #include "index/packagenode.h"
 #include "pooljobs_p.h"
 #include "presentation/inturn_p.h"
+#include "presentation/listelement_p.h"
 
 namespace ts::pm {
 
@@ -43,6 +44,8 @@ PackageListModelPrivate::~PackageListModelPrivate()
 
 void PackageListModelPrivate::appendField(QQmlListProperty<ManifestField> *list, ManifestField *field)
 {
+    if (!belongsIn(list, field))
+        return;
     modelOf(list)->fields.append(field);
     modelOf(list)->queueFieldChange();
 }

@@ -1,6 +1,8 @@
 #include "presentation/packagematchergroup.h"
 #include "presentation/packagematchergroup_p.h"
 
+#include "presentation/listelement_p.h"
+
 #include <QVector>
 
 #include <algorithm>
@@ -18,7 +20,8 @@ PackageMatcherGroupPrivate *groupOf(QQmlListProperty<PackageMatcher> *list)
 
 void _addMatcher(QQmlListProperty<PackageMatcher> *list, PackageMatcher *matcher)
 {
-    groupOf(list)->addMatcher(matcher);
+    if (belongsIn(list, matcher))
+        groupOf(list)->addMatcher(matcher);
 }
 
 int _matcherCount(QQmlListProperty<PackageMatcher> *list)

@@ -267,6 +267,17 @@ private Q_SLOTS:
         }
     }
 
+    void listsRefuseOtherObjects()
+    {
+        Scene scene(R"(
+            PackageData { id: data }
+            PackageListModel { id: model }
+            PackageMatcherGroup { id: group })");
+        QCOMPARE(scene.text("[provider.sources, data.manifestFields, model.manifestFields, group.matchers]"
+                            ".map(list => { list.push(provider); return list.length }).join()"_s),
+                 "1,0,0,0"_s);
+    }
+
     void promptLayout()
     {
         Scene scene(R"(
