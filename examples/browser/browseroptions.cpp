@@ -45,6 +45,8 @@ void addServerOptions(QCommandLineParser &parser)
 
 void addOptions(QCommandLineParser &parser)
 {
+    // Those of Qt, such as -reverse, are words and no options of one letter each.
+    parser.setSingleDashWordOptionMode(QCommandLineParser::ParseAsLongOptions);
     parser.setApplicationDescription(QStringLiteral("Browses catalogues of content packages."));
     parser.addOption({{QStringLiteral("h"), helpOption}, QStringLiteral("Print this help and exit.")});
     parser.addOption({{QStringLiteral("v"), versionOption}, QStringLiteral("Print the version and exit.")});
