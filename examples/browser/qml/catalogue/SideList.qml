@@ -12,6 +12,7 @@ ListView {
     property string allText
     property int allNumber: -1
     property bool allChosen: true
+    readonly property int page: Math.max(1, Math.floor((height - headerItem.height) / (Theme.body * 2)))
 
     signal chosenAt(int row)
 
@@ -22,6 +23,10 @@ ListView {
     highlightMoveDuration: Theme.moveTime
     headerPositioning: ListView.OverlayHeader
     currentIndex: -1
+    // The head lies on top of what is scrolled below it, and would hide the mark.
+    highlightRangeMode: ListView.ApplyRange
+    preferredHighlightBegin: headerItem.height
+    preferredHighlightEnd: height
     cacheBuffer: 0
     Accessible.role: Accessible.List
     Accessible.name: title
@@ -57,7 +62,8 @@ ListView {
             text: list.allText
             number: list.allNumber
             chosen: list.allChosen
-            current: list.currentIndex < 0 && list.activeFocus
+            focus: list.currentIndex < 0
+            current: focus && list.activeFocus
             onClicked: list.choose(-1)
         }
     }
@@ -74,6 +80,10 @@ ListView {
             moveTo(-1);
         else if (event.key === Qt.Key_End)
             moveTo(count - 1);
+        else if (event.key === Qt.Key_PageUp)
+            moveTo(currentIndex - page);
+        else if (event.key === Qt.Key_PageDown)
+            moveTo(currentIndex + page);
         else
             return;
         event.accepted = true;
