@@ -34,6 +34,8 @@ ApplicationWindow {
                            : qsTrId("browser-title")
     color: Theme.page
     font.pixelSize: Theme.body
+    LayoutMirroring.enabled: Theme.reversed
+    LayoutMirroring.childrenInherit: true
 
     palette.window: Theme.page
     palette.windowText: Theme.text

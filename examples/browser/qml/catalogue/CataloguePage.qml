@@ -113,6 +113,7 @@ FocusScope {
     Drawer {
         id: filterDrawer
 
+        edge: Theme.reversed ? Qt.RightEdge : Qt.LeftEdge
         width: Math.min(page.width * 0.8, Theme.body * 22)
         height: page.height
         enter: Transition {

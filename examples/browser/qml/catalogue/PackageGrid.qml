@@ -134,6 +134,8 @@ GridView {
     }
 
     Component.onCompleted: followListing()
+    // From right to left, resizing would leave the cards where they were, out of sight.
+    onContentXChanged: contentX = 0
 
     Connections {
         target: grid.catalogue.listing

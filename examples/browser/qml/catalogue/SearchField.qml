@@ -14,8 +14,8 @@ TextField {
     signal left()
 
     implicitHeight: Theme.controlHeight
-    leftPadding: Theme.iconSize + 20
-    rightPadding: Theme.controlHeight
+    leftPadding: Theme.reversed ? Theme.controlHeight : Theme.iconSize + 20
+    rightPadding: Theme.reversed ? Theme.iconSize + 20 : Theme.controlHeight
     font.pixelSize: Theme.body
     color: Theme.text
     selectionColor: Theme.accent
@@ -33,7 +33,8 @@ TextField {
         border.color: Theme.outline
 
         Icon {
-            x: 12
+            anchors.left: parent.left
+            anchors.leftMargin: 12
             anchors.verticalCenter: parent.verticalCenter
             name: "search"
             color: Theme.dim

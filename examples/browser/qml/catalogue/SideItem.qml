@@ -13,8 +13,8 @@ ItemDelegate {
     property bool current: false
 
     height: Math.round(Theme.body * 2)
-    leftPadding: 12 + depth * 16
-    rightPadding: 18
+    leftPadding: Theme.reversed ? 18 : 12 + depth * 16
+    rightPadding: Theme.reversed ? 12 + depth * 16 : 18
     topPadding: 0
     bottomPadding: 0
     focusPolicy: Qt.NoFocus

@@ -19,7 +19,8 @@ ComboBox {
     font.pixelSize: Theme.body
 
     contentItem: Text {
-        rightPadding: box.indicator.width + 4
+        leftPadding: Theme.reversed ? box.indicator.width + 4 : 0
+        rightPadding: Theme.reversed ? 0 : box.indicator.width + 4
         text: box.displayText
         font: box.font
         color: Theme.text
@@ -28,7 +29,7 @@ ComboBox {
     }
 
     indicator: Icon {
-        x: box.width - width - box.rightPadding
+        x: Theme.reversed ? box.rightPadding : box.width - width - box.rightPadding
         anchors.verticalCenter: parent.verticalCenter
         name: "chevron-down"
         size: Theme.body * 1.2
@@ -72,7 +73,7 @@ ComboBox {
     popup: Popup {
         y: box.height + 4
         width: Math.max(box.width, 220)
-        x: box.width - width
+        x: Theme.reversed ? 0 : box.width - width
         padding: 4
         implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
 

@@ -19,5 +19,6 @@ Item {
         source: icon.name === "" ? "" : "image://icons/" + icon.name + "/" + icon.color
         sourceSize: Qt.size(icon.size * Screen.devicePixelRatio, icon.size * Screen.devicePixelRatio)
         fillMode: Image.PreserveAspectFit
+        mirror: Theme.reversed && (icon.name === "back" || icon.name === "forward")
     }
 }

@@ -19,7 +19,7 @@ IconButton {
     Menu {
         id: menu
 
-        x: button.width - width
+        x: Theme.reversed ? 0 : button.width - width
         y: button.height + 4
         padding: 4
         // The keys move on from what is chosen now.

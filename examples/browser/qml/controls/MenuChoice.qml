@@ -18,7 +18,8 @@ MenuItem {
         Icon {
             id: mark
 
-            x: 4
+            anchors.left: parent.left
+            anchors.leftMargin: 4
             anchors.verticalCenter: parent.verticalCenter
             visible: name !== ""
             name: item.iconName

@@ -18,7 +18,8 @@ Item {
 
     readonly property real gap: Theme.margin * 1.5
     readonly property real columnWidth: narrow ? width : Math.round((width - gap) / 2)
-    readonly property real secondColumn: narrow ? 0 : columnWidth + gap
+    readonly property real firstColumn: narrow || !Theme.reversed ? 0 : columnWidth + gap
+    readonly property real secondColumn: narrow || Theme.reversed ? 0 : columnWidth + gap
     // Where the title is out of sight.
     readonly property real headingEnd: heading.y + Theme.huge * 2
 
@@ -34,6 +35,7 @@ Item {
     DetailPicture {
         id: picture
 
+        x: content.firstColumn
         width: content.columnWidth
         height: implicitHeight
         source: content.details.picture
@@ -58,6 +60,7 @@ Item {
     FactList {
         id: facts
 
+        x: content.firstColumn
         y: content.end(content.narrow ? heading : picture) + content.gap
         width: content.columnWidth
         visible: facts.facts.length > 0

@@ -17,6 +17,7 @@ Column {
     spacing: Theme.gap * 1.5
 
     Row {
+        width: parent.width
         spacing: Theme.gap
 
         Text {

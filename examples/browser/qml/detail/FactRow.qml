@@ -23,6 +23,7 @@ Item {
     Text {
         id: nameText
 
+        anchors.left: parent.left
         y: Theme.gap + 1
         width: Math.round(parent.width * 0.4)
         text: row.name

@@ -26,6 +26,7 @@ ItemDelegate {
             id: mark
 
             anchors.verticalCenter: parent.verticalCenter
+            anchors.left: parent.left
             name: "file"
             size: Theme.body * 1.2
             color: Theme.dim

@@ -36,6 +36,7 @@ ItemDelegate {
             id: picture
 
             height: parent.height
+            anchors.left: parent.left
             width: Math.round(height * 1.6)
             radius: Theme.radius - 3
             ground: item.background.color

@@ -18,10 +18,12 @@ Column {
     spacing: Theme.gap
 
     Text {
+        width: parent.width
         text: section.title
         font.pixelSize: Theme.large
         font.bold: true
         color: Theme.text
+        wrapMode: Text.Wrap
         Accessible.role: Accessible.Heading
         Accessible.name: text
     }

@@ -12,6 +12,11 @@ QtObject {
     readonly property bool systemIsDark: systemPalette.window.hslLightness < 0.5
     readonly property bool dark: Session.theme === "dark" || (Session.theme === "system" && systemIsDark)
 
+    // Whether the user interface runs from right to left, as the chosen language or Qt's option -reverse says.
+    readonly property bool reversed: Qt.application.layoutDirection === Qt.RightToLeft
+                                     || (Session.language !== ""
+                                         && Qt.locale(Session.language).textDirection === Qt.RightToLeft)
+
     readonly property color page: dark ? "#111714" : "#f3f6f2"
     readonly property color surface: dark ? "#1a221e" : "#ffffff"
     readonly property color raised: dark ? "#232d28" : "#ffffff"
