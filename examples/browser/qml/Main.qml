@@ -27,8 +27,8 @@ ApplicationWindow {
 
     width: Session.windowSize.width
     height: Session.windowSize.height
-    minimumWidth: 480
-    minimumHeight: 360
+    minimumWidth: 320
+    minimumHeight: 320
     visible: true
     title: pages.depth > 1 ? qsTrId("browser-window-title").arg(pages.currentItem.title)
                            : qsTrId("browser-title")

@@ -10,29 +10,40 @@ Item {
 
     property Catalogue catalogue
     readonly property Listing listing: catalogue.listing
+    readonly property bool narrow: width < 560
 
     // A filter has been taken away, and its button with it.
     signal gridWanted()
 
     implicitHeight: layout.implicitHeight + 2 * Theme.gap
 
-    RowLayout {
+    // In a narrow window the filters have a row of their own.
+    GridLayout {
         id: layout
 
         anchors.fill: parent
         anchors.leftMargin: Theme.gap
         anchors.rightMargin: Theme.gap
-        spacing: Theme.gap
+        columnSpacing: Theme.gap
+        rowSpacing: Theme.gap
 
         Text {
+            Layout.fillWidth: header.narrow
             Layout.leftMargin: 4
             text: qsTrId("browser-hits", header.listing.hits)
             font.pixelSize: Theme.body
             font.bold: true
             color: Theme.text
+            elide: Text.ElideRight
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
 
         Flow {
+            visible: !header.narrow || header.listing.packageType !== "" || header.listing.categoryId !== ""
+            Layout.row: header.narrow ? 1 : 0
+            Layout.column: header.narrow ? 0 : 1
+            Layout.columnSpan: header.narrow ? 4 : 1
             Layout.fillWidth: true
             Layout.leftMargin: 4
             spacing: 6
@@ -65,7 +76,9 @@ Item {
         }
 
         Text {
-            visible: header.width > 560
+            visible: !header.narrow
+            Layout.row: 0
+            Layout.column: 2
             text: qsTrId("browser-order")
             font.pixelSize: Theme.small
             color: Theme.dim
@@ -75,6 +88,8 @@ Item {
         ChoiceBox {
             id: orderBox
 
+            Layout.row: 0
+            Layout.column: 3
             Layout.preferredWidth: Theme.body * 12
             Accessible.name: qsTrId("browser-order")
             textOf: header.orderName
