@@ -91,7 +91,7 @@ Item {
             Layout.row: 0
             Layout.column: 3
             Layout.preferredWidth: Theme.body * 12
-            Accessible.name: qsTrId("browser-order")
+            Accessible.name: qsTrId("browser-order") + ": " + displayText
             textOf: header.orderName
             model: ListModel {
                 ListElement { key: "catalogue" }

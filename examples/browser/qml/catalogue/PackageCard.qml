@@ -25,7 +25,8 @@ Item {
 
     Accessible.role: Accessible.ListItem
     Accessible.name: shownTitle
-    Accessible.description: Texts.typeName(type) + (statusKnown ? ", " + Texts.statusName(status) : "")
+    Accessible.description: [Texts.typeName(type), featured ? qsTrId("browser-featured") : "",
+                             statusKnown ? Texts.statusName(status) : ""].filter(String).join(", ")
     Accessible.focusable: true
     Accessible.onPressAction: opened()
 

@@ -25,6 +25,7 @@ TextField {
     selectByMouse: true
     activeFocusOnTab: true
     Accessible.name: qsTrId("browser-search")
+    Accessible.description: popup.markedWord
     Accessible.searchEdit: true
 
     background: Rectangle {

@@ -22,6 +22,7 @@ ItemDelegate {
     Accessible.name: text
     Accessible.selectable: true
     Accessible.selected: chosen
+    Accessible.onPressAction: clicked()
 
     contentItem: Item {
         Text {

@@ -14,6 +14,9 @@ Popup {
     property bool dismissed: false
     readonly property bool due: wanted && !dismissed && words.count > 0
 
+    // The word that the keys have moved to.
+    readonly property string markedWord: words.currentItem ? words.currentItem.text : ""
+
     signal chosen(string word)
 
     padding: 4
@@ -65,7 +68,11 @@ Popup {
             height: Theme.controlHeight
             focusPolicy: Qt.NoFocus
             highlighted: ListView.isCurrentItem
-            Accessible.name: model.suggestion
+            text: model.suggestion
+            Accessible.name: text
+            Accessible.selectable: true
+            Accessible.selected: highlighted
+            Accessible.onPressAction: clicked()
             onClicked: popup.chosen(model.suggestion)
 
             contentItem: Text {

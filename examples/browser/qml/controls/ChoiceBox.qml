@@ -53,6 +53,9 @@ ComboBox {
         height: Theme.controlHeight
         highlighted: box.highlightedIndex === index
         Accessible.name: label.text
+        Accessible.selectable: true
+        Accessible.selected: box.currentIndex === index
+        Accessible.onPressAction: clicked()
 
         contentItem: Text {
             id: label

@@ -8,6 +8,8 @@ ToolButton {
 
     property string iconName
     property color iconColor: Theme.text
+    // Whether what it opens is open.
+    property bool engaged: false
 
     implicitWidth: Theme.controlHeight
     implicitHeight: Theme.controlHeight
@@ -24,7 +26,7 @@ ToolButton {
 
     background: Rectangle {
         radius: Theme.radius
-        color: button.down ? Theme.pressed : (button.hovered || button.checked ? Theme.hover : "transparent")
+        color: button.down ? Theme.pressed : (button.hovered || button.engaged ? Theme.hover : "transparent")
 
         FocusRing {
             shown: button.visualFocus
@@ -33,7 +35,7 @@ ToolButton {
     }
 
     Tip {
-        visible: button.hovered && !button.down && !button.checked
+        visible: button.hovered && !button.down && !button.engaged
         text: button.text
     }
 

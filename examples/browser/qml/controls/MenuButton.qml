@@ -10,7 +10,7 @@ IconButton {
     readonly property alias opened: menu.opened
     property bool byKeyboard: false
 
-    checked: menu.visible
+    engaged: menu.visible
     onClicked: {
         byKeyboard = visualFocus;
         menu.open();

@@ -13,6 +13,7 @@ MenuItem {
     Accessible.name: text
     Accessible.checkable: true
     Accessible.checked: chosen
+    Accessible.onPressAction: clicked()
 
     contentItem: Item {
         Icon {

@@ -30,6 +30,8 @@ Column {
             font.capitalization: Font.AllUppercase
             font.letterSpacing: 0.6
             color: Theme.accent
+            Accessible.role: Accessible.StaticText
+            Accessible.name: text
         }
 
         Row {
@@ -49,6 +51,8 @@ Column {
                 text: qsTrId("browser-featured")
                 font.pixelSize: Theme.small
                 color: Theme.warning
+                Accessible.role: Accessible.StaticText
+                Accessible.name: text
             }
         }
     }

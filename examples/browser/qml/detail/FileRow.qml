@@ -19,14 +19,18 @@ ItemDelegate {
     topPadding: 0
     bottomPadding: 0
     Accessible.name: qsTrId("browser-file-open").arg(name)
+    Accessible.onPressAction: {
+        if (enabled)
+            clicked();
+    }
     onClicked: Qt.openUrlExternally(url)
 
     contentItem: Item {
         Icon {
             id: mark
 
-            anchors.verticalCenter: parent.verticalCenter
             anchors.left: parent.left
+            anchors.verticalCenter: parent.verticalCenter
             name: "file"
             size: Theme.body * 1.2
             color: Theme.dim

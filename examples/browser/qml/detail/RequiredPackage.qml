@@ -17,6 +17,7 @@ ItemDelegate {
     text: fields.manifest.title || (reference ? reference.id : "")
     Accessible.name: text
     Accessible.description: Texts.statusName(status)
+    Accessible.onPressAction: clicked()
 
     PackageData {
         id: fields
@@ -35,8 +36,8 @@ ItemDelegate {
         Picture {
             id: picture
 
-            height: parent.height
             anchors.left: parent.left
+            height: parent.height
             width: Math.round(height * 1.6)
             radius: Theme.radius - 3
             ground: item.background.color
