@@ -6,16 +6,45 @@
 #include "storage/ifileproxy.h"
 #include "storage/randomname_p.h"
 
-#include <QTcpSocket>
+#include <QNetworkProxy>
 #include <QTimer>
 
 #include <chrono>
 
 namespace ts::pm {
 
+namespace {
+
+constexpr int mostPorts = 16; // that are tried
+
+} // namespace
+
 FileProxyServerPrivate::FileProxyServerPrivate(FileProxyServer *q)
     : q(q)
 {
+    twin.setProxy(QNetworkProxy::NoProxy);
+}
+
+// Most clients try "::1" first when they are told "localhost". Another user of the machine who listened there
+// on the same port would get their requests, and could pass anything for a file of a package.
+QString FileProxyServerPrivate::listen()
+{
+    for (int i = 0; i < mostPorts; ++i) {
+        if (!q->listen(QHostAddress::LocalHost, 0))
+            return q->errorString();
+        if (reserveTwin())
+            return QString();
+        q->close();
+    }
+    return twin.errorString();
+}
+
+// Clients are refused there, and turn to the server. Where there is no such address, nobody can listen at it.
+bool FileProxyServerPrivate::reserveTwin()
+{
+    twin.abort();
+    return twin.bind(QHostAddress::LocalHostIPv6, q->serverPort(), QAbstractSocket::DontShareAddress)
+           || twin.error() != QAbstractSocket::AddressInUseError;
 }
 
 // A server that has run out of file descriptors stops to accept, and would never start again by itself.
@@ -31,8 +60,9 @@ FileProxyServer::FileProxyServer(QObject *parent)
 {
     connect(this, &QTcpServer::newConnection, this, &FileProxyServer::handleConnection);
     connect(this, &QTcpServer::acceptError, this, [this] { d->resumeAcceptingSoon(); });
-    if (!listen(QHostAddress::LocalHost, 0))
-        qCWarning(lcPm) << "Cannot serve files on the loopback interface:" << errorString();
+    const QString error = d->listen();
+    if (!error.isEmpty())
+        qCWarning(lcPm) << "Cannot serve files on the loopback interface:" << error;
 }
 
 FileProxyServer::~FileProxyServer()

@@ -19,7 +19,8 @@ class IFileProxy;
  * GET or HEAD of such a URL is passed to the provider, which answers when it has the file. Two methods, no
  * ranges, no chunks, no request bodies; a connection stays open until the client closes it or breaks the
  * protocol. Files leave as their clients read, a piece for each turn of the event loop, and are never in
- * memory as a whole; of each client at most 64 KiB are read ahead, and 100 headers kept.
+ * memory as a whole; of each client at most 64 KiB are read ahead, and 100 headers kept. It listens at
+ * 127.0.0.1, and keeps its port of "::1" from other users of the machine, who would be asked in its place.
  *
  * Ownership: shared, see defaultServer(). Providers are not owned.
  * Threads: everything on the thread that made the server.

@@ -5,6 +5,7 @@
 #include <QHash>
 #include <QMultiHash>
 #include <QString>
+#include <QTcpSocket>
 
 namespace ts::pm {
 
@@ -23,6 +24,12 @@ public:
     // A connection that has told its client of an error by itself stays, and may wait for another by now.
     QMultiHash<QString, unsigned int> waiting;
 
+    // Bound to the port of the server at "::1", and not listening.
+    QTcpSocket twin;
+
+    /** Returns why the server cannot listen; empty if it does. */
+    QString listen();
+    bool reserveTwin();
     void resumeAcceptingSoon();
 };
 

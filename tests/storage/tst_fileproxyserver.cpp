@@ -90,6 +90,8 @@ private Q_SLOTS:
     {
         server = FileProxyServer::defaultServer();
         QVERIFY(server->isListening());
+        QTcpServer thief; // of the requests of clients that try the other "localhost" first
+        QVERIFY(!thief.listen(QHostAddress::LocalHostIPv6, server->serverPort()));
         QVERIFY(writeFile(directory.filePath("owl"_s), "hoo hoo\n"));
         QVERIFY(writeFile(directory.filePath("picture"_s), picture()));
         key = server->install(&proxy);
