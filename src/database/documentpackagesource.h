@@ -27,7 +27,7 @@ class DocumentPackageSourcePrivate;
  * as another process is persisting the same documents.
  * Errors: a poll that fails leaves everything as it is, with a critical message in "tamsel.package.document".
  * Persisted data that do not match their hash are removed, with a message. Rows that take more than 4 MiB
- * when written with indentation cannot be read, and give no packages.
+ * when written with indentation cannot be read, and give no packages; a poll that brings about 64 MiB fails.
  */
 class TAMSELPACKAGEMANAGER_EXPORT DocumentPackageSource : public PackageSource
 {

@@ -37,7 +37,7 @@ public:
     enum Error {
         NoError = 0,
         FetchError = 1, ///< no answer, or one with another status than 200
-        ParseError = 2, ///< the answer is no JSON
+        ParseError = 2, ///< the answer is no JSON, or its rows are too large
         FileError = 3,  ///< the data file could not be opened or written
     };
 

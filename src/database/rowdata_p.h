@@ -14,6 +14,9 @@ namespace ts::pm {
  * which bounds the memory that a parsed one takes. */
 constexpr qint64 largestViewResponse = 16777216;
 
+/** The most that its rows may take when they are written with indentation, in bytes. */
+constexpr qint64 largestRows = 4 * largestViewResponse;
+
 /**
  * The data file of a listing. No more than 4 MiB are read, so a longer one is no JSON. Null for a file that
  * does not exist, and with a message in \a category for one that does not open or is no JSON. Any thread.
@@ -26,7 +29,8 @@ TAMSEL_TEST_EXPORT QJsonArray readRowData(const QString &path);
 /**
  * The rows of an answer of a view as they are kept and hashed: the array alone, written anew, since counts
  * and offsets beside it can change without a change of any document. Null, with \a error set, if the answer
- * is no JSON. Any thread.
+ * is no JSON, or if the rows might take more than largestRows: the indentation of values that are nested
+ * 1,000 levels deep is 2,000 times as long as they are. Any thread.
  */
 TAMSEL_TEST_EXPORT QByteArray normalisedRows(const QByteArray &response, QJsonParseError *error);
 

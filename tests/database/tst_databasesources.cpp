@@ -210,6 +210,9 @@ private Q_SLOTS:
             const QByteArray rows = view("c").chopped(1) + ",\"x\":\"";
             return rows + QByteArray(size - rows.size() - 2, 'x') + "\"}";
         };
+        // Its indentation takes 80 MB.
+        const QByteArray layers = R"({"rows":)" + QByteArray(1000, '[') + QByteArray("0,").repeated(20000)
+                                  + '0' + QByteArray(1000, ']') + '}';
         const struct
         {
             int status;
@@ -227,6 +230,7 @@ private Q_SLOTS:
             {404, view("x"), hasDocuments ? failure(QNetworkReply::ContentNotFoundError, 404) : "0ab"_s},
             {200, "{}", "1"_s + gained},
             {200, "{", garbled + "unterminated object"_s},
+            {200, layers, hasDocuments ? garbled + "too large document"_s : "1"_s + gained},
             {200, padded(4194304), "1c"_s + gained},
             {200, padded(4194305), hasDocuments ? "0c"_s + same : garbled + "unterminated string"_s},
         };
