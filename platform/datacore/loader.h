@@ -34,7 +34,8 @@ public:
 
     /**
      * Whether this loader takes care of the document \a id. True is a promise to call loaded() for it, here
-     * or later, once or whenever new data have come. Called by the context once for each document.
+     * or later, once or whenever new data have come. Called by the context when the document is opened and,
+     * for as long as nobody takes care of it, again whenever a loader has come or gone.
      */
     virtual bool tryLoad(const QString &id) = 0;
 

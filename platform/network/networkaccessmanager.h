@@ -12,7 +12,7 @@ namespace ts::network {
  *
  * Ownership: lives for as long as somebody holds the shared pointer; the next caller after that gets a new
  * one. Threads: lives on the thread of the first caller, which has to be the thread of every other caller.
- * Redirects are followed only to the same or a safer scheme.
+ * Redirects are followed only to the same or a safer scheme. Cookies are neither kept nor sent.
  */
 class TAMSELNETWORK_EXPORT NetworkAccessManager : public QNetworkAccessManager
 {

@@ -77,8 +77,10 @@ public:
     /** Parses a document that came with the entity tag \a etag, and verifies its signatures. */
     PackageLedger(const QByteArray &data, const QByteArray &etag);
 
-    /** Loads what persist() wrote to \a dir, verified like any other. Not valid, without a message, if none
-     * is there. */
+    /**
+     * Loads what persist() wrote to \a dir, verified like any other. Not valid, without a message, if none is
+     * there. Blocks as persist() does, and has others wait until the signatures are verified.
+     */
     explicit PackageLedger(const QDir &dir);
 
     /**
