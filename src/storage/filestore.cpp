@@ -81,19 +81,27 @@ FileStorePrivate::FileStorePrivate(FileStore *q, const QDir &storeDir)
 {
 }
 
-// Makes all directories up front, so that no later write has to, and a store that cannot be written shows at
-// once: the application does not go on without one.
-void FileStorePrivate::initStore()
+// Makes all directories up front, so that no later write has to. Returns the one that cannot be made, if any.
+QString FileStorePrivate::makeDirectories() const
 {
     const QDir files(filesPath);
     const QString path = files.absolutePath();
     if (!files.exists() && !files.mkpath(path))
-        qFatal("Failed to access writable location %s", qPrintable(path));
+        return path;
     for (int i = 0; i < shardCount; ++i) {
         const QString name = shardName(i);
         if (!ensureShard(files, name))
-            qFatal("Failed to access writable location %s/%s", qPrintable(path), qPrintable(name));
+            return path + QLatin1Char('/') + name;
     }
+    return QString();
+}
+
+// A store that cannot be written shows at once: the application does not go on without one.
+void FileStorePrivate::initStore()
+{
+    const QString missing = makeDirectories();
+    if (!missing.isEmpty())
+        qFatal("Failed to access writable location %s", qPrintable(missing));
 }
 
 FileStore::FileStore()
@@ -111,6 +119,8 @@ QSharedPointer<FileStore> FileStore::defaultStore()
     if (!store) {
         store.reset(new FileStore);
         current = store;
+    } else if (!exists(store->d->filesPath)) {
+        store->d->makeDirectories(); // somebody has emptied the data location of a running application
     }
     return store;
 }

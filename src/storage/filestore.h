@@ -38,7 +38,7 @@ public:
 
     /**
      * The store of this process, which lives for as long as somebody holds it and is made anew for the first
-     * caller after that. Repository thread only.
+     * caller after that. Makes its directories again if they have gone meanwhile. Repository thread only.
      */
     static QSharedPointer<FileStore> defaultStore();
 

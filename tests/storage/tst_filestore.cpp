@@ -58,7 +58,9 @@ private Q_SLOTS:
             shards.append(QString::number(i, 16).mid(1));
         QCOMPARE(QDir(files).entryList(QDir::Dirs | QDir::NoDotAndDotDot), shards);
         QVERIFY(QFile::exists(files + "/7f/kept"_s));
+        QVERIFY(QDir(files).removeRecursively());
         QCOMPARE(FileStore::defaultStore(), store);
+        QCOMPARE(QDir(files).entryList(QDir::Dirs | QDir::NoDotAndDotDot), shards);
     }
 
     // The directory that cannot be written at first, and what the process says at its end.
