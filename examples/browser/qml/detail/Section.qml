@@ -38,6 +38,7 @@ Column {
     TextButton {
         id: more
 
+        anchors.left: parent.left
         visible: section.count > section.limit
         text: qsTrId("browser-more", Math.min(section.step, section.count - section.limit))
         onClicked: {

@@ -44,6 +44,7 @@ Rectangle {
             StatusLabel {
                 id: label
 
+                anchors.left: parent.left
                 anchors.verticalCenter: parent.verticalCenter
                 status: panel.status
                 pixelSize: Theme.body
@@ -70,6 +71,7 @@ Rectangle {
         }
 
         TextButton {
+            anchors.left: parent.left
             visible: panel.problem
             iconName: "refresh"
             text: qsTrId("browser-look-again")
