@@ -113,6 +113,8 @@ FocusScope {
     Drawer {
         id: filterDrawer
 
+        property bool byKeyboard: false
+
         edge: Theme.reversed ? Qt.RightEdge : Qt.LeftEdge
         width: Math.min(page.width * 0.8, Theme.body * 22)
         height: page.height
@@ -127,6 +129,11 @@ FocusScope {
             }
         }
         interactive: page.narrow
+        onAboutToShow: byKeyboard = topBar.filterButton.visualFocus
+        onClosed: {
+            if (byKeyboard)
+                topBar.filterButton.focusReason = Qt.TabFocusReason;
+        }
         background: Rectangle {
             color: Theme.page
         }

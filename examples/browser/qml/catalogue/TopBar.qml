@@ -10,6 +10,7 @@ Rectangle {
     property Catalogue catalogue
     property bool narrow: false
     readonly property alias searchField: searchField
+    readonly property alias filterButton: filterButton
     readonly property alias languageButton: languageButton
 
     signal filtersWanted()
@@ -25,6 +26,8 @@ Rectangle {
         spacing: Theme.gap
 
         IconButton {
+            id: filterButton
+
             visible: bar.narrow
             iconName: "filter"
             text: qsTrId("browser-filters")
