@@ -24,7 +24,8 @@ class PackageSourceElement;
  * Signals: packageIndexChanged() after each new index; readyChanged() before the first. translationsChanged()
  * after translation packages have changed the texts of the application; the texts of the engine's bindings
  * follow right after it.
- * Errors: an element that another provider has, or that is listed twice, is refused with a warning.
+ * Errors: an element that another provider has, or that is listed twice, is refused with a warning, and so is
+ * an object that is no source.
  */
 class PackageProvider : public QObject, public IPackageProvider
 {
