@@ -10,6 +10,9 @@ namespace {
 
 constexpr int unitsInKey = 3;
 constexpr int bitsOfUnit = 21; // a code point and one more: 0 stands for the end of the text
+// Texts may be chosen so that each look at them finds one that has less in common with the others. Were all
+// of them read to that place, putting them in order would take cubic time.
+constexpr int mostCommonUnits = 64; // found in one look
 
 // What a code unit counts for in a comparison without regard to case: the second half of a surrogate pair
 // counts for the whole code point.
@@ -47,7 +50,7 @@ QVector<int> FoldedOrder::sorted()
 {
     while (!unsorted.isEmpty()) {
         Range range = unsorted.takeLast();
-        range.depth += commonUnits(range);
+        skipCommonUnits(range);
         loadKeys(range);
         std::sort(entries.begin() + range.first, entries.begin() + range.last,
                   [](const Entry &a, const Entry &b) { return a.key < b.key; });
@@ -60,12 +63,21 @@ QVector<int> FoldedOrder::sorted()
     return numbers;
 }
 
+void FoldedOrder::skipCommonUnits(Range &range) const
+{
+    int common = mostCommonUnits;
+    while (common == mostCommonUnits) {
+        common = commonUnits(range);
+        range.depth += common;
+    }
+}
+
 // A number of units, from the depth of the range on, that all its texts have in common; not always the
 // largest.
 int FoldedOrder::commonUnits(const Range &range) const
 {
     const Entry &model = entries.at(range.first);
-    int common = model.length - range.depth;
+    int common = qMin(model.length - range.depth, mostCommonUnits);
     for (int i = range.first + 1; i < range.last && common > 0; ++i)
         common = commonUnits(model, entries.at(i), range.depth, common);
     return common;

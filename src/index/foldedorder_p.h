@@ -38,6 +38,7 @@ private:
         int depth; // units of text that all texts of the range have in common
     };
 
+    void skipCommonUnits(Range &range) const;
     int commonUnits(const Range &range) const;
     static int commonUnits(const Entry &a, const Entry &b, int depth, int most);
     static quint64 keyAt(const Entry &entry, int depth);

@@ -264,7 +264,8 @@ Creating link between "m" and "p" with type 6)"));
         const auto add = [&catalogue](const QString &text) {
             catalogue.addKeyword(QString::number(catalogue.keywords.size()), Keyword::Name, {}, text);
         };
-        for (const QString &start : {QString(), "xx"_s, "xxx"_s, "xxxxXXXX"_s}) {
+        for (const QString &start :
+             {QString(), "xx"_s, "xxx"_s, "xxxxXXXX"_s, QString(76, QLatin1Char('x'))}) {
             for (const QChar unit : units) {
                 add(start + unit);
                 for (const QChar next : units)
