@@ -9,6 +9,8 @@ ManifestFileField::ManifestFileField(QObject *parent)
 {
 }
 
+ManifestFileField::~ManifestFileField() = default;
+
 QVariant ManifestFileField::convert(const QJsonValue &value, const PackageNode *node) const
 {
     return node && value.isString() ? node->getFileUrl(value.toString()) : QUrl();

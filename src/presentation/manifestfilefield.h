@@ -14,6 +14,7 @@ class TAMSELPACKAGEMANAGER_EXPORT ManifestFileField : public ManifestField
 
 public:
     explicit ManifestFileField(QObject *parent = nullptr);
+    ~ManifestFileField() override;
 
     QVariant convert(const QJsonValue &value, const PackageNode *node) const override;
     bool isStatusDependent() const override;

@@ -9,6 +9,8 @@ SortByIntegerField::SortByIntegerField(QObject *parent)
 {
 }
 
+SortByIntegerField::~SortByIntegerField() = default;
+
 std::function<bool(const PackageNode *, const PackageNode *)> SortByIntegerField::sortFunction() const
 {
     if (name().isEmpty())

@@ -11,6 +11,7 @@ class TAMSELPACKAGEMANAGER_EXPORT SortByIntegerField : public SortByField
 
 public:
     explicit SortByIntegerField(QObject *parent = nullptr);
+    ~SortByIntegerField() override;
 
     std::function<bool(const PackageNode *, const PackageNode *)> sortFunction() const override;
 };

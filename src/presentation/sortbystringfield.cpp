@@ -9,6 +9,8 @@ SortByStringField::SortByStringField(QObject *parent)
 {
 }
 
+SortByStringField::~SortByStringField() = default;
+
 std::function<bool(const PackageNode *, const PackageNode *)> SortByStringField::sortFunction() const
 {
     if (name().isEmpty())

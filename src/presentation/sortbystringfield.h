@@ -14,6 +14,7 @@ class TAMSELPACKAGEMANAGER_EXPORT SortByStringField : public SortByField
 
 public:
     explicit SortByStringField(QObject *parent = nullptr);
+    ~SortByStringField() override;
 
     std::function<bool(const PackageNode *, const PackageNode *)> sortFunction() const override;
 };

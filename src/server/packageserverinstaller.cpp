@@ -35,4 +35,6 @@ PackageServerInstaller::PackageServerInstaller(const QHash<QString, QByteArray> 
     start();
 }
 
+PackageServerInstaller::~PackageServerInstaller() = default;
+
 } // namespace ts::pm

@@ -26,6 +26,7 @@ public:
     /** Starts to install \a files, path in the package to the 28 bytes of the digest, into \a location. */
     PackageServerInstaller(const QHash<QString, QByteArray> &files, ts::account::Service *service,
                            const QSharedPointer<FileStore> &store, const InstallLocation &location);
+    ~PackageServerInstaller() override;
 };
 
 } // namespace ts::pm

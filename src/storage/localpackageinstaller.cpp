@@ -37,4 +37,6 @@ LocalPackageInstaller::LocalPackageInstaller(const QDir &directory, const Instal
     startWorker([files, location] { return installFiles(files, location); });
 }
 
+LocalPackageInstaller::~LocalPackageInstaller() = default;
+
 } // namespace ts::pm

@@ -23,6 +23,7 @@ class TAMSELPACKAGEMANAGER_EXPORT LocalPackageInstaller : public PackageInstalle
 public:
     /** Starts to install the files of \a directory into \a location. */
     LocalPackageInstaller(const QDir &directory, const InstallLocation &location);
+    ~LocalPackageInstaller() override;
 };
 
 } // namespace ts::pm
