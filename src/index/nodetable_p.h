@@ -23,7 +23,7 @@ class PackageIndexNode;
  *
  * The ids of all nodes are references to one string, which may grow meanwhile.
  *
- * Threads: insert() and reserve() while the index is built, everything else any thread.
+ * Threads: insert(), reserve() and clear() while nobody else has the table, everything else any thread.
  */
 class NodeTable
 {

@@ -16,8 +16,9 @@ class KeywordPrivate;
  *
  * Ownership: the provider is not owned.
  * Threads: the repository's thread.
- * Signals: keywordChanged() when the id resolves to another keyword, or to the same one in a new index; not
- * while it stays unresolved. packageProviderChanged() is declared, and on purpose never emitted.
+ * Signals: keywordChanged() when the id resolves to another keyword, to none any more, or to the same one in
+ * a new index; not while it stays unresolved. packageProviderChanged() is declared, and on purpose never
+ * emitted.
  * Errors: a provider without the interface is logged in "tamsel.packages" and counts as null.
  */
 class TAMSELPACKAGEMANAGER_EXPORT Keyword : public QObject

@@ -14,7 +14,8 @@ class KeywordSuggestionModelPrivate;
  * UTF-16 code units.
  *
  * The words are found on the global thread pool, once for each pass of the event loop in which something
- * changed. Each update is one model reset.
+ * changed. Each update is one model reset. Only another search takes the place of one that is under way: one
+ * that was begun before the text is emptied, or the provider taken away, still shows its words when it ends.
  *
  * Roles: 0 "suggestion", the word as it is; 1 "displayString", the word as HTML with every occurrence of the
  * typed text in bold.

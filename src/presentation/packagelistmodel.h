@@ -29,8 +29,9 @@ class PackageListModelPrivate;
  * order in which a package would have to move to row 0 brings no change at all. Take a new order through a
  * reset: set packageProvider to null, set the sorter, set packageProvider again; or use a new model.
  *
- * Roles: 0 is "id"; the field at position i of manifestFields is role 32 + i, under the field's name. A field
- * that is renamed after that is not noticed.
+ * Roles: 0 is "id"; the field at position i of manifestFields is role 32 + i, under the name that the field
+ * has then. Views are not told when a field is renamed or gets another default, nor when texts change with
+ * the translations: a value is new when it is next read.
  *
  * Ownership: provider, fields, matcher and sorter are not owned.
  * Threads: the repository's thread.

@@ -25,8 +25,8 @@ class PackageRepository;
  * Ownership: made by PackageRepository::packageReference() only, and a child of the repository.
  * Threads: the repository's thread.
  * Signals: on a swap statusChanged() (if it changed), typeChanged() (if it changed), updated(), in this
- * order. A package that appears for the first time, or goes, shows by statusChanged() alone. Errors: show as
- * status; what went wrong is in the log of the installer.
+ * order. A package that appears for the first time, or goes, shows by statusChanged() alone.
+ * Errors: show as status; what went wrong is in the log of the installer.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageReference : public QObject
 {

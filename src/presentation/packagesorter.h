@@ -15,9 +15,10 @@ class PackageNode;
  *
  * Ownership: models do not own their sorters.
  * Threads: the object lives on the thread of the user interface; the function that sortFunction() returns
- * goes to a worker. Signals: updateRequested() for sorters of your own. Those of this library never emit it:
- * a change of their parameters shows with the model's next update from another cause. See PackageListModel on
- * how to change the order of a list that is shown.
+ * goes to a worker.
+ * Signals: updateRequested() for sorters of your own. Those of this library never emit it: a change of their
+ * parameters shows with the model's next update from another cause. See PackageListModel on how to change the
+ * order of a list that is shown.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageSorter : public QObject
 {

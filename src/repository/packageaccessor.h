@@ -47,7 +47,7 @@ public:
 
     /**
      * A new job that brings the package into \a location, which is already the package's own place. The job
-     * starts in its constructor; the caller owns it. Never null.
+     * starts in its constructor; the caller owns it, and may keep it when the accessor is gone. Never null.
      */
     virtual PackageInstaller *packageInstaller(int index, const InstallLocation &location) const = 0;
 
