@@ -1,6 +1,7 @@
 #include "presentation/packagematchergroup.h"
 #include "presentation/packagematchergroup_p.h"
 
+#include "presentation/inturn_p.h"
 #include "presentation/listelement_p.h"
 
 #include <QVector>
@@ -126,10 +127,7 @@ void PackageMatcherGroup::setMatchRequirement(MatchRequirement requirement)
     if (d->requirement == requirement)
         return;
     d->requirement = requirement;
-    const QPointer<PackageMatcherGroup> group(this);
-    Q_EMIT matchRequirementChanged();
-    if (group)
-        Q_EMIT updateRequested();
+    inTurn(this, &PackageMatcherGroup::matchRequirementChanged, &PackageMatcherGroup::updateRequested);
 }
 
 QQmlListProperty<PackageMatcher> PackageMatcherGroup::matchers()
@@ -175,10 +173,7 @@ std::function<bool(PackageNode *)> PackageMatcherGroup::matchFunction() const
 void PackageMatcherGroup::notifyMatcherChange()
 {
     d->notifyPending = false;
-    const QPointer<PackageMatcherGroup> group(this);
-    Q_EMIT matchersChanged();
-    if (group)
-        Q_EMIT updateRequested();
+    inTurn(this, &PackageMatcherGroup::matchersChanged, &PackageMatcherGroup::updateRequested);
 }
 
 } // namespace ts::pm
