@@ -70,6 +70,7 @@ void PackageIndexBuilder::build()
         buildGraph(i);
     connectNodes();
     collectNodes();
+    rankAttributes();
     sortKeywords();
     const PackageTypes types = packageTypes();
     sortPackages(types);
@@ -226,7 +227,6 @@ void PackageIndexBuilder::collectNodes()
         else
             d.packages.append(node->toPackage());
     }
-    rankAttributes();
 }
 
 void PackageIndexBuilder::rankAttributes()
