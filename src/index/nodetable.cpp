@@ -5,6 +5,7 @@
 
 #include <array>
 #include <cstring>
+#include <utility>
 
 namespace ts::pm {
 
@@ -30,7 +31,7 @@ NodeTable::NodeTable()
 
 NodeTable::~NodeTable()
 {
-    clear();
+    qDeleteAll(created);
 }
 
 void NodeTable::reserve(int count)
@@ -91,12 +92,11 @@ void NodeTable::insert(PackageIndexNode *node, quint32 hash)
     }
 }
 
-void NodeTable::clear()
+QVector<PackageIndexNode *> NodeTable::take()
 {
-    qDeleteAll(created);
-    created.clear();
     places.clear();
     std::vector<Slot>(table.size()).swap(table);
+    return std::exchange(created, {});
 }
 
 PackageIndexNode *NodeTable::value(const QStringRef &id) const

@@ -23,7 +23,7 @@ class PackageIndexNode;
  *
  * The ids of all nodes are references to one string, which may grow meanwhile.
  *
- * Threads: insert(), reserve() and clear() while nobody else has the table, everything else any thread.
+ * Threads: insert(), reserve() and take() while nobody else has the table, everything else any thread.
  */
 class NodeTable
 {
@@ -40,8 +40,8 @@ public:
      */
     void insert(PackageIndexNode *const *nodes, int count);
 
-    /** Deletes all nodes. */
-    void clear();
+    /** Empties the table and returns the nodes, for the caller to delete. */
+    QVector<PackageIndexNode *> take();
 
     /** The nodes; the place of each is its number. */
     const QVector<PackageIndexNode *> &nodes() const { return created; }

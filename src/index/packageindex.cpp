@@ -6,6 +6,7 @@
 #include "index/packageindexbuilder_p.h"
 #include "index/packagenode.h"
 #include "index/translatedmanifest_p.h"
+#include "pooljobs_p.h"
 #include "repository/packageaccessor.h"
 #include "repository/packagesource.h"
 
@@ -68,6 +69,26 @@ void destroyOnMainThread(Accessors &accessors, QThread *mainThread)
         application, [shared] { destroyFromLastToFirst(*shared); }, Qt::QueuedConnection);
 }
 
+void destroyNodes(const QVector<PackageIndexNode *> &nodes, TranslatedManifest *retiredManifests)
+{
+    qDeleteAll(nodes);
+    while (TranslatedManifest *manifest = retiredManifests) {
+        retiredManifests = manifest->nextRetired;
+        delete manifest;
+    }
+}
+
+// To free those of a large catalogue takes several frames of a user interface, so that its thread leaves that
+// to a worker.
+void destroyNodesOnWorker(const QVector<PackageIndexNode *> &nodes, TranslatedManifest *retiredManifests,
+                          QThread *mainThread)
+{
+    if (QThread::currentThread() == threadOfApplication(mainThread) && QThreadPool::globalInstance())
+        runOnPool(QRunnable::create([=] { destroyNodes(nodes, retiredManifests); }));
+    else
+        destroyNodes(nodes, retiredManifests);
+}
+
 void sortPackages(QVector<const PackageNode *> &packages, const PackageIndex::PackageOrder &less)
 {
     if (const auto *order = less.target<ManifestOrder>())
@@ -85,16 +106,11 @@ PackageIndexPrivate::PackageIndexPrivate(PackageIndex *q)
 {
 }
 
-// Nodes first, then the lock of the install root, then the accessors from last to first. The strings that
-// nodes refer to go last of all.
+// Nodes first, which look at nothing else when they go, then the lock of the install root, then the accessors
+// from last to first.
 PackageIndexPrivate::~PackageIndexPrivate()
 {
-    nodes.clear();
-    for (TranslatedManifest *manifest = retiredManifests; manifest;) {
-        TranslatedManifest *next = manifest->nextRetired;
-        delete manifest;
-        manifest = next;
-    }
+    destroyNodesOnWorker(nodes.take(), retiredManifests, mainThread);
     installLocation = InstallLocation();
     destroyOnMainThread(accessors, mainThread);
 }
