@@ -153,12 +153,12 @@ void PackageIndexBuilder::resolveLinks(const LinkInfo *records, int count)
         const LinkInfo &link = records[i];
         if (link.from.isEmpty() || link.to.isEmpty() || link.type == InvalidLink)
             continue;
-        from = numberNear(from, QStringRef(&link.from));
+        lastFrom = numberNear(lastFrom, QStringRef(&link.from));
         const int to = d.nodes.numberOf(QStringRef(&link.to), hashes[size_t(i)]);
-        if (from >= 0 && to >= 0) {
+        if (lastFrom >= 0 && to >= 0) {
             qCDebug(lcPackageIndex) << "Creating link between" << link.from << "and" << link.to << "with type"
                                     << int(link.type);
-            links.append({from, to, link.type});
+            links.append({lastFrom, to, link.type});
         } else {
             qCDebug(lcPackageIndex) << "Cannot link between" << link.from << "and" << link.to;
         }

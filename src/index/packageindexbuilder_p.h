@@ -61,7 +61,7 @@ private:
 
     PackageIndexPrivate &d;
     QVector<ResolvedLink> links;
-    int from = -1; // where the last link starts, as far as it is known
+    int lastFrom = -1; // where the last link that was read starts, if known
 };
 
 } // namespace ts::pm
