@@ -12,6 +12,7 @@
 #include <QFileInfo>
 #include <QHash>
 #include <QJsonDocument>
+#include <QVariant>
 #include <QtConcurrentMap>
 
 #include <algorithm>
@@ -346,7 +347,8 @@ void CatalogueReader::checkTranslations()
     for (const CataloguePackage &package : qAsConst(catalogue.packages)) {
         if (package.info.type.section(QLatin1Char(':'), 0, 0) != QLatin1String("translation"))
             continue;
-        for (const QJsonValue value : package.manifest) {
+        const QVariantMap fields = package.manifest.toVariantMap();
+        for (const QVariant &value : fields) {
             const QString name = value.toString();
             if (name.endsWith(QLatin1String(".qm")) && !hasFile(package, name))
                 problems.addWarning(package.origin,
