@@ -11,10 +11,10 @@
 #include "repository/packagesource.h"
 
 #include <QCoreApplication>
-#include <QMutex>
 #include <QThread>
 
 #include <algorithm>
+#include <atomic>
 #include <utility>
 
 namespace ts::pm {
@@ -41,13 +41,19 @@ QThread *threadOfApplication(QThread *withoutOne)
     return application ? application->thread() : withoutOne;
 }
 
+struct LeftAlone
+{
+    Accessors accessors;
+    LeftAlone *next;
+};
+
 // Held in memory without ever being destroyed.
 void leaveAlone(Accessors &accessors)
 {
-    static QMutex mutex;
-    static auto *const leftAlone = new std::vector<Accessors>;
-    const QMutexLocker locker(&mutex);
-    leftAlone->push_back(std::move(accessors));
+    static std::atomic<LeftAlone *> all{nullptr};
+    auto *const left = new LeftAlone{std::move(accessors), all.load()};
+    while (!all.compare_exchange_weak(left->next, left)) {
+    }
 }
 
 // Sources make accessors on their own thread, where they may have to sign off from other objects. The last
