@@ -43,7 +43,8 @@ QString toText(const QJsonArray &key)
 DocumentPackageSourcePrivate::DocumentPackageSourcePrivate(DocumentPackageSource *q, const QString &type)
     : q(q)
     , type(type)
-    , listing(lcDocPackageSource, persistencePath(type, q->baseUrl()))
+    , database(q->baseUrl())
+    , listing(lcDocPackageSource, persistencePath(type, database))
     , countdown(pollInterval)
 {
 }
@@ -55,7 +56,7 @@ QUrl DocumentPackageSourcePrivate::viewUrl() const
     addItem(query, "start_key", toText({type, 0}));
     addItem(query, "end_key", toText({type, QJsonArray()}));
     addItem(query, "include_docs", QStringLiteral("true"));
-    QUrl url(q->baseUrl().toString() + QLatin1String("/_design/melvoro/_view/by_type"));
+    QUrl url(database.toString() + QLatin1String("/_design/melvoro/_view/by_type"));
     url.setQuery(query);
     return url;
 }

@@ -44,7 +44,10 @@ public:
     /** The file that holds the rows now; empty if there is none. */
     QString dataFile() const;
 
-    /** The database: service URL of the context, "/", and its database. */
+    /**
+     * The database: service URL of the context, "/", and its database, as the parent tells them now; empty if
+     * that is no context. Polls go to what it was when the source was made.
+     */
     QUrl baseUrl() const;
 
     /** -1, the lowest of all sources. */

@@ -19,6 +19,7 @@ public:
 
     DocumentPackageSource *const q;
     const QString type;
+    const QUrl database; // the one whose documents have been persisted, whatever the context says by now
     PersistedListing listing;
     DocumentPackageUpdate *lastUpdate = nullptr; // running or finished, a child of q
     PollCountdown countdown;
