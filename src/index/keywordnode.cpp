@@ -65,7 +65,7 @@ public:
         path.insert(keyword);
         const QVector<PackageIndexLink> &links = keyword->incomingLinks();
         return std::any_of(links.begin(), links.end(),
-                           [this](const PackageIndexLink &link) { return follow(link); });
+                           [this](const PackageIndexLink &link) { return hasPathToType(link); });
     }
 
 private:
@@ -76,7 +76,7 @@ private:
     };
 
     // With a new stack for each link of the keyword.
-    bool follow(const PackageIndexLink &first)
+    bool hasPathToType(const PackageIndexLink &first)
     {
         allowedBelow.clear();
         refused = 0;

@@ -31,7 +31,7 @@ bool isOlder(const TranslatedManifest &manifest, quint32 generation)
 class KeywordCollector
 {
 public:
-    void follow(const PackageIndexLink &first)
+    void followOutgoingLink(const PackageIndexLink &first)
     {
         enter(first);
         while (!pending.isEmpty()) {
@@ -103,7 +103,7 @@ QSet<KeywordNode *> PackageNode::keywords() const
 {
     KeywordCollector collector;
     for (const PackageIndexLink &link : outgoingLinks())
-        collector.follow(link);
+        collector.followOutgoingLink(link);
     QSet<KeywordNode *> keywords = collector.result();
     for (const PackageIndexLink &link : outgoingLinks()) {
         if (link.type == IsNotA && link.node->isKeyword())
