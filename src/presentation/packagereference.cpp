@@ -183,8 +183,9 @@ void PackageReference::init()
 void PackageReference::computeStatus()
 {
     if (!d->currentState.node) {
-        d->repository()->scheduleSourceUpdate();
-        d->setStatus(Unavailable);
+        // A source that is asked may destroy the repository.
+        inTurn(
+            this, [this] { d->repository()->scheduleSourceUpdate(); }, [this] { d->setStatus(Unavailable); });
         return;
     }
     switch (d->currentState.installer->status()) {

@@ -120,6 +120,7 @@ void tst_Packages::references()
 {
     auto plays = rows(R"(
 asks for news on every pass | follow[news] publish wait:121 publish[news] publish
+goes when it asks for news | follow[news] goForNews wait:121 update[news]
 appears by its status alone |
     version:a follow[news] publish[+1; statusChanged Installing a] succeed[statusChanged Installed a]
 knows its status from the start | instantly version:a publish follow[+1]
@@ -195,6 +196,8 @@ a required package fails after the swap | install[+1; statusChanged Installed a]
             {"instantly"_s, [&](auto) { stage.succeedAtOnce.insert("p"_s); }},
             {"never"_s, [&](auto) { stage.failAtOnce.insert("p"_s); }},
             {"goAt"_s, [&](auto signal) { log->deeds[signal] = [&] { delete stage.repository(); }; }},
+            {"goForNews"_s, [&](auto) { stage.source.onUpdate = [&] { delete stage.repository(); }; }},
+            {"update"_s, [&](auto) { QMetaObject::invokeMethod(p, "update"); }},
             {"wait"_s, [](auto time) { FakeClock::advance(std::chrono::seconds(time.toInt())); }},
         };
         int startedBefore = 0;

@@ -110,11 +110,12 @@ public:
         return new MemoryAccessor(*this);
     }
     void persist() override { onPersist(); }
-    void update() override { ++updateCalls; }
+    void update() override { ++updateCalls, onUpdate(); }
 
     mutable int accessors = 0; // handed out
     int updateCalls = 0;
     std::function<void()> onPersist = [] {};
+    std::function<void()> onUpdate = [] {};
 
 private:
     const int sourcePriority;
