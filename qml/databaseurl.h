@@ -10,7 +10,7 @@ inline QUrl withoutTrailingSlash(QUrl url)
     QString path = url.path(QUrl::FullyEncoded);
     while (path.endsWith(QLatin1Char('/')))
         path.chop(1);
-    url.setPath(path);
+    url.setPath(path, QUrl::TolerantMode); // it is encoded already
     return url;
 }
 

@@ -160,7 +160,7 @@ private Q_SLOTS:
         const QByteArray row =
             R"({"key":["package"],"value":{"_id":"package:oak"},"doc":{"_id":"owl","name":"Owl"}})";
         const HttpAnswer answer = HttpAnswer::with(200, R"({"rows":[)" + row + "]}");
-        http.setAnswer("/db/_design/tamsel/_view/packages", answer);
+        http.setAnswer("/d%2Bb/_design/tamsel/_view/packages", answer);
         http.setHandler([&](const HttpRequest &request) {
             return request.path.startsWith("/db/_design/melvoro/") ? answer : HttpAnswer::with(404);
         });
@@ -168,7 +168,7 @@ private Q_SLOTS:
             CouchDBSource { id: catalogue }
             DocumentSource { id: birds; database: "db"; documentType: "bird" }
             function use(url) {
-                catalogue.url = url + "db/"; birds.serviceUrl = url
+                catalogue.url = url + "d%2Bb/"; birds.serviceUrl = url
                 provider.sources = [catalogue, birds]; provider.refresh()
             })");
         scene.run("use('%1')"_s.arg(http.url().toString()));
