@@ -251,8 +251,8 @@ private Q_SLOTS:
     void keepsTheListingForItsReaders()
     {
         const QTemporaryDir scratch;
+        const auto restore = qScopeGuard([before = qgetenv("TMPDIR")] { qputenv("TMPDIR", before); });
         qputenv("TMPDIR", QFile::encodeName(scratch.path()));
-        const auto restore = qScopeGuard([] { qunsetenv("TMPDIR"); });
         Stage stage;
         QCOMPARE(stage.pollFor("a"), 1);
         std::unique_ptr<PackageAccessor> old(stage.source->getAccessor());

@@ -168,6 +168,17 @@ private Q_SLOTS:
         ageEmptyLocks();
         ts::pm::cleanup(QDateTime::currentDateTime().addSecs(400));
         QVERIFY(_installDir().isEmpty());
+        leaveWholeFiles();
+    }
+
+private:
+    using Worker = std::unique_ptr<ChildProcess>;
+
+    Worker start() const
+    {
+        auto worker = std::make_unique<ChildProcess>();
+        worker->start(QCoreApplication::applicationFilePath(), {"--work"_s, data.path()});
+        return worker;
     }
 
     // Under its final name every file is whole. What a process was writing when it was killed has a dot in
@@ -187,16 +198,6 @@ private Q_SLOTS:
         QVERIFY(files > 0);
         QCOMPARE(PackageLedger(QDir(place(toLedger))).data, ledger.toByteArray());
         QVERIFY(holdsWholeFiles(QDir(place(toListing)), QCryptographicHash::Md5));
-    }
-
-private:
-    using Worker = std::unique_ptr<ChildProcess>;
-
-    Worker start() const
-    {
-        auto worker = std::make_unique<ChildProcess>();
-        worker->start(QCoreApplication::applicationFilePath(), {"--work"_s, data.path()});
-        return worker;
     }
 
     const QTemporaryDir data;

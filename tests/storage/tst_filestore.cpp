@@ -47,9 +47,10 @@ class tst_FileStore : public QObject
     QString files = scratch.filePath("data/packages/files"_s);
 
 private Q_SLOTS:
+    void initTestCase() { QVERIFY(ts::Locations::setDataLocation(QDir(scratch.filePath("data"_s)))); }
+
     void makesItsDirectories()
     {
-        QVERIFY(ts::Locations::setDataLocation(QDir(scratch.filePath("data"_s))));
         QVERIFY(!ts::Locations::setDataLocation(QDir(files))); // the first call decides
         QVERIFY(QDir().mkpath(files + "/7f/kept"_s));
         const QSharedPointer<FileStore> store = FileStore::defaultStore();
