@@ -43,6 +43,7 @@ private:
     static int commonUnits(const Entry &a, const Entry &b, int depth, int most);
     static quint64 keyAt(const Entry &entry, int depth);
     void loadKeys(const Range &range);
+    void fetchAhead(const Range &range, int current) const;
     void pushEqualRuns(const Range &range);
 
     QVector<Entry> entries; // by group

@@ -1,6 +1,7 @@
 #include "index/nodetable_p.h"
 
 #include "index/packageindexnode.h"
+#include "index/prefetch_p.h"
 #include "logging_p.h"
 
 #include <array>
@@ -14,13 +15,6 @@ namespace {
 constexpr size_t smallestTable = 16;
 constexpr int mostOfOneHash = 64; // ids; chance alone makes two or three among millions
 constexpr int nodesInBlock = 64;
-
-void fetch([[maybe_unused]] const void *address)
-{
-#if defined(__GNUC__)
-    __builtin_prefetch(address);
-#endif
-}
 
 } // namespace
 
@@ -108,7 +102,7 @@ PackageIndexNode *NodeTable::value(const QStringRef &id) const
 quint32 NodeTable::announce(const QStringRef &id) const
 {
     const quint32 hash = hashOf(id);
-    fetch(&table[firstSlot(hash)]);
+    prefetch(&table[firstSlot(hash)]);
     return hash;
 }
 
@@ -117,7 +111,7 @@ void NodeTable::approach(quint32 hash) const
     const int number = table[firstSlot(hash)].number;
     if (number < 0 || !text)
         return;
-    fetch(text->constData() + places[size_t(number)].position);
+    prefetch(text->constData() + places[size_t(number)].position);
 }
 
 int NodeTable::numberOf(const QStringRef &id, quint32 hash) const
