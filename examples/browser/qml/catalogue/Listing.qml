@@ -19,8 +19,9 @@ QtObject {
 
     readonly property bool filtered: packageType !== "" || categoryId !== "" || searchText !== ""
 
-    // Number of packages in the list. Keeps its value while the list is being made anew.
-    property int hits: 0
+    // Number of packages in the list. Keeps its value while the list is being made anew, and changes once for
+    // all the ranges of rows, thousands perhaps, that one letter more takes away.
+    readonly property int hits: model.count
     property bool busy: true
     // Whether the view had better stay where it is when the rows are replaced.
     property bool keepPlace: true
@@ -74,12 +75,9 @@ QtObject {
             name: "picture"
         }
 
-        onRowsInserted: listing.countHits()
-        onRowsRemoved: listing.countHits()
         onModelReset: {
             if (!packageProvider)
                 return;
-            listing.countHits();
             listing.busy = false;
             listing.keepPlace = true;
         }
@@ -90,10 +88,6 @@ QtObject {
     onPackageTypeChanged: startedOver()
     onCategoryIdChanged: startedOver()
     onSearchTextChanged: startedOver()
-
-    function countHits() {
-        hits = model.rowCount();
-    }
 
     function clearFilters() {
         searchText = "";
