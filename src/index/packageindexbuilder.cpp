@@ -131,7 +131,7 @@ void PackageIndexBuilder::buildGraph(int accessorPosition)
 {
     const PackageAccessor &accessor = *d.accessors[size_t(accessorPosition)];
     const int linkCount = accessor.linkCount();
-    links.reserve(links.size() + linkCount);
+    ends.reserve(ends.size() + linkCount);
     std::array<LinkInfo, recordsInBlock> records;
     for (int first = 0; first < linkCount; first += recordsInBlock) {
         const int count = qMin(recordsInBlock, linkCount - first);
@@ -158,7 +158,7 @@ void PackageIndexBuilder::resolveLinks(const LinkInfo *records, int count)
         if (lastFrom >= 0 && to >= 0) {
             qCDebug(lcPackageIndex) << "Creating link between" << link.from << "and" << link.to << "with type"
                                     << int(link.type);
-            links.append({lastFrom, to, link.type});
+            addLink(lastFrom, {to, link.type});
         } else {
             qCDebug(lcPackageIndex) << "Cannot link between" << link.from << "and" << link.to;
         }
@@ -176,27 +176,33 @@ int PackageIndexBuilder::numberNear(int number, const QStringRef &id) const
     return d.nodes.numberOf(id, d.nodes.announce(id));
 }
 
+// Sources give the links that start at one node one after the other, so that most nodes have one run of them.
+void PackageIndexBuilder::addLink(int from, const LinkEnd &end)
+{
+    if (runs.isEmpty() || runs.constLast().from != from)
+        runs.append({from, 0});
+    ++runs.last().count;
+    ends.append(end);
+}
+
 void PackageIndexBuilder::connectNodes()
 {
     connectOutgoing();
     connectIncoming();
-    links.clear();
-    links.squeeze();
+    runs = {};
+    ends = {};
 }
 
-// Sources give the links that start at one node one after the other, so that most nodes have one run of them.
 void PackageIndexBuilder::connectOutgoing()
 {
     const QVector<PackageIndexNode *> &nodes = d.nodes.nodes();
-    for (auto run = links.cbegin(); run != links.cend();) {
-        const int from = run->from;
-        const auto end =
-            std::find_if(run, links.cend(), [from](const ResolvedLink &link) { return link.from != from; });
-        QVector<PackageIndexLink> &outgoing = nodes.at(from)->outgoing;
+    auto end = ends.cbegin();
+    for (const LinkRun &run : qAsConst(runs)) {
+        QVector<PackageIndexLink> &outgoing = nodes.at(run.from)->outgoing;
         if (outgoing.isEmpty())
-            outgoing.reserve(int(end - run));
-        for (; run != end; ++run)
-            outgoing.append({run->type, nodes.at(run->to)});
+            outgoing.reserve(run.count);
+        for (int i = 0; i < run.count; ++i, ++end)
+            outgoing.append({end->type, nodes.at(end->to)});
     }
 }
 
@@ -206,16 +212,20 @@ void PackageIndexBuilder::connectIncoming()
 {
     const QVector<PackageIndexNode *> &nodes = d.nodes.nodes();
     QVector<int> counts(nodes.size(), 0);
-    for (const ResolvedLink &link : qAsConst(links))
-        ++counts[link.to];
-    QVector<PackageIndexLink *> ends(nodes.size());
+    for (const LinkEnd &end : qAsConst(ends))
+        ++counts[end.to];
+    QVector<PackageIndexLink *> places(nodes.size()); // of the next link
     for (int i = 0; i < nodes.size(); ++i) {
         QVector<PackageIndexLink> &incoming = nodes.at(i)->incoming;
         incoming = QVector<PackageIndexLink>(counts.at(i));
-        ends[i] = incoming.data();
+        places[i] = incoming.data();
     }
-    for (const ResolvedLink &link : qAsConst(links))
-        *ends[link.to]++ = {link.type, nodes.at(link.from)};
+    auto end = ends.cbegin();
+    for (const LinkRun &run : qAsConst(runs)) {
+        PackageIndexNode *from = nodes.at(run.from);
+        for (int i = 0; i < run.count; ++i, ++end)
+            *places[end->to]++ = {end->type, from};
+    }
 }
 
 void PackageIndexBuilder::collectNodes()

@@ -23,10 +23,14 @@ public:
     void build();
 
 private:
-    // Ends are numbers of nodes.
-    struct ResolvedLink
+    // Links, one after the other, that start at one node. Nodes are told by their numbers.
+    struct LinkRun
     {
         int from;
+        int count;
+    };
+    struct LinkEnd
+    {
         int to;
         LinkType type;
     };
@@ -48,6 +52,7 @@ private:
     void buildGraph(int accessorPosition);
     void resolveLinks(const LinkInfo *records, int count);
     int numberNear(int number, const QStringRef &id) const;
+    void addLink(int from, const LinkEnd &end);
     void connectNodes();
     void connectOutgoing();
     void connectIncoming();
@@ -60,8 +65,9 @@ private:
     void enterTypeRange(const QStringRef &type, int first, int last);
 
     PackageIndexPrivate &d;
-    QVector<ResolvedLink> links;
-    int lastFrom = -1; // where the last link that was read starts, if known
+    QVector<LinkRun> runs;
+    QVector<LinkEnd> ends; // of the links of all runs
+    int lastFrom = -1;     // where the last link that was read starts, if known
 };
 
 } // namespace ts::pm
