@@ -129,6 +129,20 @@ PackageLedger::PackageLedger(const QByteArray &data, const QByteArray &etag)
     parse(data, etag);
 }
 
+PackageLedger::PackageLedger(const PackageLedger &held, const QByteArray &etag)
+    : valid(held.valid)
+    , etag(etag)
+    , data(held.data)
+    , segments(held.segments)
+    , languages(held.languages)
+    , types(held.types)
+    , issuers(held.issuers)
+    , keywords(held.keywords)
+    , packages(held.packages)
+    , links(held.links)
+{
+}
+
 const PackageEntry *PackageLedger::findPackage(const QByteArray &id) const
 {
     const auto found = std::find_if(packages.cbegin(), packages.cend(), [&id](const PackageEntry &package) {

@@ -77,6 +77,9 @@ public:
     /** Parses a document that came with the entity tag \a etag, and verifies its signatures. */
     PackageLedger(const QByteArray &data, const QByteArray &etag);
 
+    /** What \a held holds, valid or not, as a document that came with the entity tag \a etag. */
+    PackageLedger(const PackageLedger &held, const QByteArray &etag);
+
     /**
      * Loads what persist() wrote to \a dir, verified like any other. Not valid, without a message, if none is
      * there. Blocks as persist() does, and has others wait until the signatures are verified.

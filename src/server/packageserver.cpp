@@ -39,6 +39,16 @@ QSharedPointer<PackageLedger> readPersistedLedger(const QDir &dir, const QString
     return ledger;
 }
 
+// A server whose tags are of no use sends its document with every poll, and at a start the one that was saved
+// comes once more. A document that is held already has been verified.
+QSharedPointer<PackageLedger> openLedger(const QByteArray &data, const QByteArray &etag,
+                                         const PackageLedger &held)
+{
+    if (held.valid && held.data == data)
+        return QSharedPointer<PackageLedger>::create(held, etag);
+    return QSharedPointer<PackageLedger>::create(data, etag);
+}
+
 // As it was received: Qt decodes the bytes of a header as Latin-1. A reply goes with the access manager, and
 // that with the last service, even after the answer has arrived.
 QByteArray entityTag(const ts::Request &request)
@@ -98,7 +108,7 @@ void PackageServerPrivate::updateLedger()
 void PackageServerPrivate::loadNewLedger(const QByteArray &data, const QByteArray &etag)
 {
     polled = true;
-    runOnPool(watcher, [data, etag] { return QSharedPointer<PackageLedger>::create(data, etag); });
+    runOnPool(watcher, [data, etag, held = ledger] { return openLedger(data, etag, *held); });
 }
 
 // A rejected ledger counts as a poll that went well: the server is asked again in its usual time.

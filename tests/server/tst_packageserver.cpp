@@ -230,6 +230,25 @@ private Q_SLOTS:
         QCOMPARE(http.lastTag(), QByteArray(R"("other")"));
     }
 
+    void verifiesADocumentOnce()
+    {
+        Stage http;
+        http.answer(200, http.ledger.toByteArray(), R"("first")");
+        Source source(http.service.data());
+        QVERIFY(source.ends(Polled::LedgerUpdated));
+        const QString revision = revisionOf(*source.server);
+        const LogCapture verification("tamsel.packageserver.ledger"_s);
+        http.answer(200, http.ledger.toByteArray(), R"("second")");
+        for (const char *sent : {R"("first")", R"("second")"}) {
+            source.server->update();
+            QVERIFY(source.ends(Polled::LedgerUpdated));
+            QCOMPARE(http.lastTag(), sent);
+        }
+        QCOMPARE(source.updates.size(), 3);
+        QCOMPARE(revisionOf(*source.server), revision);
+        QCOMPARE(verification.lines(), QStringList());
+    }
+
     // Requests, verifications, servers and services end in any order.
     void outlivesNobody()
     {
