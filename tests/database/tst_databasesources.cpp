@@ -163,6 +163,7 @@ private Q_SLOTS:
         Stage stage;
         Ticks &ticks = stage.ticks;
         ticks.heard = true;
+        QCOMPARE(stage.source->priority(), hasDocuments ? -1 : 2);
         stage.source->setParent(nullptr); // the database is the one that the context named in the beginning
         for (const int expected : hasDocuments ? QVector<int>{1, 152, 303} : QVector<int>{1, 62, 123}) {
             QVERIFY(stage.isIdle());

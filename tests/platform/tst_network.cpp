@@ -1,3 +1,4 @@
+#include "support/fakeclock.h"
 #include "support/httpserver.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
@@ -200,6 +201,24 @@ private Q_SLOTS:
             QVERIFY(sink.size() <= 1000000);
             QTRY_COMPARE(server.connections(), 0);
         }
+    }
+
+    // Those of a request that nobody has told anything: 30 seconds, and what a QBuffer holds.
+    void limitsAtFirst()
+    {
+        const LogCapture log("tamsel.request"_s);
+        for (const auto &[size, passed] :
+             {std::pair("2147483584", QVector<int>{}), std::pair("2147483583", QVector<int>{20, 11})}) {
+            const QByteArray head = QByteArray("HTTP/1.1 200 OK\r\nContent-Length: ") + size + "\r\n\r\n";
+            QPointer<GetRequest> get = new GetRequest(request(raw(head, HttpAnswer::Stall)), manager.data());
+            QTRY_VERIFY(!get || get->responseCode() == 200);
+            for (const int seconds : passed) {
+                QVERIFY(get && get->error() == QNetworkReply::NoError);
+                FakeClock::advance(std::chrono::seconds(seconds));
+            }
+            QTRY_VERIFY(!get);
+        }
+        QCOMPARE(log.lines().size(), 2);
     }
 
     // Where to, with OTHER for a server on another port; status and error; whether the last request had

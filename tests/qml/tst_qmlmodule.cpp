@@ -25,21 +25,42 @@ private Q_SLOTS:
         fern.writePackage("plant"_s, "fern"_s);
     }
 
-    void types()
+    void typesHaveTheirDefaults()
     {
-        // whether QML can make one | types
+        QQmlEngine engine;
+        // types | what a new one has, of which "null" is no value at all; "none" if QML cannot make one
         for (const Row &row : rows(R"(
-            yes | ManifestField ManifestBooleanField ManifestFileField ManifestSizeField ManifestStringField HasKeyword
-                  HasManifestField MatchesKeywordSearch PackageMatcherGroup SortByIntegerField SortByStringField
-                  CategoryListModel KeywordSuggestionModel PackageListModel Keyword PackageData PackageProvider
-                  LocalSource PackageServerSource CouchDBSource DocumentSource PackageReferenceField
-            no  | PackageMatcher PackageSorter SortByField PackageReference PackageSourceElement PromptLayout)")) {
-            QQmlEngine engine;
-            for (const QString &type : row[1].split(" "_s)) {
+            ManifestField ManifestFileField ManifestSizeField       | name=null
+            HasManifestField SortByIntegerField SortByStringField   | name=null
+            ManifestBooleanField                | name=null defaultValue=false
+            ManifestStringField                 | name=null defaultValue=null
+            HasKeyword                          | keywordId=null
+            MatchesKeywordSearch                | searchString=null matchMode=0
+            PackageMatcherGroup                 | matchRequirement=0
+            PackageListModel                    | packageProvider=null packageType=null matcher=null sorter=null
+            CategoryListModel                   | packageProvider=null packageType=null
+            KeywordSuggestionModel              | packageProvider=null packageType=null searchString=null
+            Keyword                             | packageProvider=null keywordId=null
+            PackageData                         | packageReference=null
+            PackageReferenceField               | name=null acceptedTypes=
+            PackageProvider                     | ready=false packageCount=0
+            LocalSource                         | path=null exists=false
+            PackageServerSource                 | url= uuid=null token=null user=null password=null status=0
+            CouchDBSource                       | url=
+            DocumentSource                      | serviceUrl= database=null documentType=null
+            PackageMatcher PackageSorter SortByField PackageReference PackageSourceElement PromptLayout | none)")) {
+            for (const QString &type : row[0].split(" "_s)) {
                 QQmlComponent component(&engine);
                 component.setData("import Tamsel.PackageManager 1.0\n" + type.toLatin1() + "{}", QUrl());
                 const QScopedPointer<QObject> object(component.isReady() ? component.create() : nullptr);
-                QVERIFY2(object.isNull() == (row[0] == "no"_s), qPrintable(type + component.errorString()));
+                QStringList found(object ? QStringList() : QStringList("none"_s));
+                for (const QString &expected : row[1].split(" "_s)) {
+                    const QString name = expected.section("="_s, 0, 0);
+                    const QVariant value = object ? object->property(qPrintable(name)) : QVariant();
+                    if (value.isValid())
+                        found += name + "="_s + (value.isNull() ? "null"_s : value.toString());
+                }
+                QCOMPARE(type + ": "_s + found.join(" "_s), type + ": "_s + row[1]);
             }
         }
     }

@@ -185,11 +185,17 @@ private Q_SLOTS:
         const QByteArray tag = "W/\"a \xe4\"";
         http.answer(200, http.ledger.toByteArray(), tag);
         Source source(http.service.data());
+        QCOMPARE(source.server->priority(), 0);
         source.server->persist(); // there is nothing to save yet
         QVERIFY(source.ends(Polled::LedgerUpdated));
         QCOMPARE(http.lastTag(), QByteArray());
         const QString first = revisionOf(*source.server);
         QCOMPARE(first.size(), 32);
+
+        http.setAnswer(ledgerPath,
+                       {"HTTP/1.1 200 OK\r\nContent-Length: 268435457\r\n\r\n", HttpAnswer::Stall, {}});
+        source.server->update();
+        QVERIFY(source.ends(Polled::PollFailed)); // for its size, long before its time is over
 
         SignedLedger forged = http.ledger;
         forged.records.packages[0].manifest = R"({"title":"Elm"})";
