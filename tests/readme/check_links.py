@@ -1,5 +1,6 @@
 #!/usr/bin/env python3
-"""Every link in the documents named leads to a file of the tree and, where it names one, to a heading in it."""
+"""Every link in the documents named leads to a file of the tree and, where it names one, to a heading in it. Every
+test that they name, as in tst_program::function or tst_program::function:row, exists."""
 
 import pathlib
 import re
@@ -8,6 +9,10 @@ import sys
 CODE = re.compile(r"^```.*?^```", re.MULTILINE | re.DOTALL)
 LINK = re.compile(r"\]\(([^)#\s]*)(?:#([^)\s]+))?\)")
 HEADING = re.compile(r"^#+ (.+)$", re.MULTILINE)
+TEST = re.compile(r"\b(tst_\w+)::(\w+)(?::([^`]+))?")
+
+TESTS = {path.stem: path.read_text(encoding="utf-8")
+         for path in pathlib.Path(__file__).parent.parent.rglob("tst_*.cpp")}
 
 
 def read(path):
@@ -29,9 +34,17 @@ def broken_links(document):
             yield f"{document}: no heading {target}#{anchor}"
 
 
+def missing_tests(document):
+    for program, function, row in TEST.findall(read(document)):
+        source = TESTS.get(program, "")
+        if f"void {function}()" not in source or row not in source:
+            yield f"{document}: no test {program}::{function} {row}"
+
+
 def main():
     documents = [pathlib.Path(argument) for argument in sys.argv[1:]]
-    broken = [finding for document in documents for finding in broken_links(document)]
+    checks = (broken_links, missing_tests)
+    broken = [finding for document in documents for check in checks for finding in check(document)]
     print("\n".join(broken))
     return 1 if broken or not documents else 0
 
