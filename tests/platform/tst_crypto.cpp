@@ -158,7 +158,6 @@ private Q_SLOTS:
             QCOMPARE(json, QByteArray("[\"n\""));
         }
         QCOMPARE(JsonSignature::toByteArray({}), QByteArray("{}"));
-        QVERIFY(canonical(R"({"\u00e9":1,"\ufb33":2,"\ud83d\ude00":3,"a":4})").size() > 0);
         QVERIFY(canonical("{\"\\ud83d\\ude00\":1,\"\\ufb33\":2,\"\xef\xac\xb3\":2,\"]\":4}").isNull());
         QCOMPARE(JsonSignature::toByteArray(nested(1536)).size(), 1535 * 6 + 2);
         QVERIFY(JsonSignature::toByteArray(nested(1537)).isNull());
