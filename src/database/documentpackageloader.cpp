@@ -58,14 +58,15 @@ bool DocumentPackageLoader::tryLoad(const QString &id)
         return false;
     if (reference->property(takenProperty).toBool())
         return true;
-    connect(reference, &PackageReference::statusChanged, this, [this, reference] { deliver(reference); });
-    deliver(reference);
     ts::data::Context *const owner = context();
+    connect(reference, &PackageReference::statusChanged, this, [this, reference] { deliver(reference); });
     connect(reference, &PackageReference::updated, owner, [owner, reference] { refresh(owner, reference); });
     reference->setProperty(takenProperty, true);
+    deliver(reference);
     return true;
 }
 
+// Whoever hears of the data may delete this loader: nothing may follow the call.
 void DocumentPackageLoader::deliver(PackageReference *reference)
 {
     if (reference->status() < PackageReference::Installing)

@@ -116,6 +116,14 @@ private Q_SLOTS:
         new DocumentPackageLoader("trail"_s, &ready);
         ready.publish({});
         QVERIFY(ready.openDocument("trail"_s)->isLoaded());
+
+        // Who hears of the data may delete the loader that brings them.
+        PackageContext waiting;
+        document = waiting.openDocument("trail"_s);
+        waiting.publish({});
+        auto *mortal = new DocumentPackageLoader("trail"_s, &waiting);
+        connect(document, &LinkedDocument::loaded, mortal, [mortal] { delete mortal; });
+        QTRY_VERIFY(document->isLoaded());
     }
 
     void linksToPackages()
