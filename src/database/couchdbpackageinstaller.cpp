@@ -36,7 +36,7 @@ CouchDBPackageInstaller::CouchDBPackageInstaller(const QUrl &baseUrl, QNetworkAc
         if (!addFile(attachment.key(), fileId))
             continue;
         const QUrl url = attachmentUrl(baseUrl, attachment.key());
-        download(number, url.adjusted(QUrl::RemovePassword), fileId, // what it is given goes to the log
+        download(number, url.adjusted(QUrl::RemoveUserInfo), fileId, // what it is given goes to the log
                  new ts::GetRequest(QNetworkRequest(url), manager, this));
     }
     start();

@@ -66,9 +66,9 @@ a -1
 4
 -1)"_s);
         QCOMPARE(accessor->keywordLanguages(), (QStringList{"de"_s, "en"_s}));
-        const QString database = server.url("/db"_s).toString();
         for (const QString &name : {"a b.png"_s, "x@2x.png"_s, "map [1] (2),!$&';=*.png"_s, "sub/\u00fc"_s})
-            QCOMPARE(accessor->packageFileUrl(0, name), QUrl(database + "/package:oak/"_s + name));
+            QCOMPARE(accessor->packageFileUrl(0, name),
+                     QUrl(database().toString() + "/package:oak/"_s + name));
     }
 
     // Names that a relative URL would take for a query, a fragment, a scheme, another host or another
@@ -154,7 +154,7 @@ private:
         listing.path = listing.directory->filePath("listing"_s);
         if (!writeFile(listing.path, R"({"rows":[)" + rows + "]}"))
             qFatal("cannot write the listing");
-        auto accessor = std::make_unique<CouchDBPackageAccessor>(server.url("/db"_s), listing, &manager);
+        auto accessor = std::make_unique<CouchDBPackageAccessor>(database(), listing, &manager);
         accessor->initialize();
         return accessor;
     }
@@ -168,6 +168,14 @@ private:
         const QString outcome = test::install(accessor, package, location);
         return "%1 requests; "_s.arg(server.requests().size() - before)
                + QString(outcome).remove(server.url("/db/p/"_s).toString());
+    }
+
+    /** With a user, whom no message names. */
+    QUrl database() const
+    {
+        QUrl url = server.url("/db"_s);
+        url.setUserInfo("user:word"_s);
+        return url;
     }
 
     ScriptedServer server;
