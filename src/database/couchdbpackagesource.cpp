@@ -52,6 +52,17 @@ QUrl CouchDBPackageSourcePrivate::viewUrl() const
     return QUrl(database.toString() + QLatin1String("/_design/tamsel/_view/packages"));
 }
 
+// One that is running goes on, into a file that nobody reads. One that still waits for its turn need not
+// begin: a database that hardly answers would have them pile up, each with an open file.
+void CouchDBPackageSourcePrivate::abandonRequest()
+{
+    if (!request)
+        return;
+    request->disconnect(q);
+    if (!request->reply())
+        request->deleteLater();
+}
+
 void CouchDBPackageSourcePrivate::forgetRequest()
 {
     request = nullptr;
@@ -84,11 +95,9 @@ void CouchDBPackageSource::persist()
     d->listing.persist();
 }
 
-// A request that is still running goes on, into a file that nobody reads.
 void CouchDBPackageSource::update()
 {
-    if (d->request)
-        d->request->disconnect(this);
+    d->abandonRequest();
     d->workingDir = ts::util::WorkingDir();
     auto *file = new QFile(d->workingDir.filePath(randomName()));
     file->open(QIODevice::WriteOnly); // if it fails, the request does

@@ -13,9 +13,9 @@ class CouchDBPackageSourcePrivate;
  * Packages, keywords and links from one CouchDB database, by its view "packages" of the design document
  * "tamsel". docs/couchdb.md describes what the view has to give.
  *
- * Polls: 2 seconds after it is made, and then every 122 seconds. An answer that differs from the one before
- * gives an updateRequired(). The last answer that was persisted is there again at the next start, before any
- * poll.
+ * Polls: 2 seconds after it is made, and then every 122 seconds. One that is overtaken by the next goes on
+ * unheard, or never begins. An answer that differs from the one before gives an updateRequired(). The last
+ * answer that was persisted is there again at the next start, before any poll.
  *
  * Ownership: the access manager is not owned, and may go before the source does; then polls and installs
  * fail. Threads: the repository's thread, which has to be that of the access manager. persist() waits for as

@@ -24,6 +24,7 @@ public:
                                 QNetworkAccessManager *manager);
 
     QUrl viewUrl() const;
+    void abandonRequest();
     void forgetRequest();
 
     CouchDBPackageSource *const q;

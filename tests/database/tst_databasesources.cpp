@@ -270,6 +270,16 @@ private Q_SLOTS:
         QCOMPARE(Stage::ids(last.get()), "c"_s);
     }
 
+    void asksAgainWhileNothingComes()
+    {
+        Stage stage;
+        stage.answer({{}, HttpAnswer::Stall, {}});
+        for (int i = 0; i < 20; ++i)
+            stage.source->update();
+        // Six under way, as for any server, and the last one.
+        QTRY_COMPARE(stage.source->findChildren<ts::Request *>().size(), hasDocuments ? 1 : 7);
+    }
+
     void survivesRestarts()
     {
         Stage stage;
