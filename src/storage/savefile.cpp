@@ -6,6 +6,11 @@
 #include <QRegularExpression>
 #include <QSaveFile>
 
+#ifdef Q_OS_UNIX
+#include <cerrno>
+#include <unistd.h>
+#endif
+
 namespace ts::pm {
 
 namespace {
@@ -13,11 +18,29 @@ namespace {
 // Whoever waits too long for a lock may take one whose owner lives, and is still writing.
 constexpr qint64 ageOfRemains = 86400; // seconds, a day
 
+// A storage that takes bytes on credit, as over a network or within a quota, may tell only now that they have
+// no room. Qt asks it too, but takes any answer for a good one.
+#ifdef Q_OS_UNIX
+bool hasReachedStorage(const QFileDevice &file)
+{
+    int result = -1;
+    do {
+        result = fsync(file.handle());
+    } while (result < 0 && errno == EINTR);
+    return result == 0 || (errno != EIO && errno != ENOSPC && errno != EDQUOT); // or it cannot be asked
+}
+#else
+bool hasReachedStorage(const QFileDevice &)
+{
+    return true;
+}
+#endif
+
 } // namespace
 
 bool commitFlushed(QSaveFile &file)
 {
-    return file.flush() && file.commit();
+    return file.flush() && hasReachedStorage(file) && file.commit();
 }
 
 void removeRemains(const QString &path)

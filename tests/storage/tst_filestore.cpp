@@ -17,6 +17,21 @@ using Hash = QCryptographicHash;
 
 namespace {
 
+int storageError = 0; // what the storage says when it is asked for a file's bytes
+
+} // namespace
+
+// Stands before the function of the C library for every library of the process.
+extern "C" __attribute__((visibility("default"))) int fsync(int descriptor)
+{
+    if (storageError == 0)
+        return int(syscall(SYS_fsync, descriptor));
+    errno = storageError;
+    return -1;
+}
+
+namespace {
+
 QString idOf(const QByteArray &content, Hash::Algorithm algorithm = Hash::Sha224)
 {
     return QString::fromLatin1(Hash::hash(content, algorithm).toHex());
@@ -178,6 +193,20 @@ private Q_SLOTS:
             }
             QVERIFY(filesBeside(store.pathForId(id)).isEmpty() && setWritable(shard, true));
             QCOMPARE(commit(store, id, content), 0);
+        }
+    }
+
+    // Over a network or within a quota that is full, only the storage knows.
+    void asksTheStorage()
+    {
+        FileStore store;
+        const auto restore = qScopeGuard([] { storageError = 0; });
+        for (const int error : {ENOSPC, EDQUOT, EIO, EINVAL}) {
+            storageError = error;
+            const QString id = idOf(QByteArray::number(error));
+            const bool isStored = commit(store, id, QByteArray::number(error)) == 0;
+            QCOMPARE(isStored, error == EINVAL); // which says nothing about the bytes
+            QCOMPARE(filesBeside(store.pathForId(id)).size(), int(isStored));
         }
     }
 };
