@@ -65,6 +65,30 @@ bool holdsTag(const QString &path, const QByteArray &etag)
     return readArray(stream, &tag) && tag == etag;
 }
 
+/** Replaces the file, or leaves it as it is. The caller holds the lock. */
+bool writeFile(const QString &path, const QByteArray &etag, const QByteArray &document)
+{
+    removeRemains(path);
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly)) {
+        qCCritical(lcLedger) << "Failed to open target file for ledger pesistence:" << int(file.error())
+                             << file.errorString();
+        return false;
+    }
+    QDataStream stream(&file);
+    stream << etag << document;
+    // A write that reaches the end of the disk is only short, and no error of the file: it could be
+    // committed.
+    if (stream.status() != QDataStream::Ok || !commitFlushed(file)) {
+        qCCritical(lcLedger) << "Failed to commit target file for ledger pesistence:" << int(file.error())
+                             << file.errorString();
+        return false;
+    }
+    // Should the storage refuse to flush, the new file is in place all the same.
+    Q_UNUSED(util::FileUtils::syncFile(path))
+    return true;
+}
+
 } // namespace
 
 PackageLedger::PackageLedger(const QDir &dir)
@@ -113,25 +137,7 @@ bool PackageLedger::persist(const QDir &dir, const QString &name) const
     }
 
     qCDebug(lcLedger) << "Persisting ledger for package server" << name << "ETag" << etag;
-    removeRemains(path);
-    QSaveFile file(path);
-    if (!file.open(QIODevice::WriteOnly)) {
-        qCCritical(lcLedger) << "Failed to open target file for ledger pesistence:" << int(file.error())
-                             << file.errorString();
-        return false;
-    }
-    QDataStream stream(&file);
-    stream << etag << data;
-    // A write that reaches the end of the disk is only short, and no error of the file: it could be
-    // committed.
-    if (stream.status() != QDataStream::Ok || !commitFlushed(file)) {
-        qCCritical(lcLedger) << "Failed to commit target file for ledger pesistence:" << int(file.error())
-                             << file.errorString();
-        return false;
-    }
-    // Should the storage refuse to flush, the new file is in place all the same.
-    Q_UNUSED(util::FileUtils::syncFile(path))
-    return true;
+    return writeFile(path, etag, data);
 }
 
 } // namespace ts::pm

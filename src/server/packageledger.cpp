@@ -46,6 +46,17 @@ const QSet<QByteArray> &sectionTags()
     return tags;
 }
 
+/** Where a section begins in the document, and where the next one has to. */
+using Extent = QPair<quint32, quint32>;
+
+/** Whether no gap and no overlap is between sections, in whatever order they are given. */
+bool areAdjacent(QVector<Extent> sections)
+{
+    std::sort(sections.begin(), sections.end());
+    const auto isApart = [](const Extent &one, const Extent &next) { return one.second != next.first; };
+    return std::adjacent_find(sections.cbegin(), sections.cend(), isApart) == sections.cend();
+}
+
 /** The payload of a section. */
 struct Section
 {
@@ -218,7 +229,7 @@ bool PackageLedger::parseHeader()
 bool PackageLedger::parseOffsetTable(const Header &header, const char *document, unsigned int size)
 {
     QSet<QByteArray> missing = sectionTags();
-    QVector<QPair<quint32, quint32>> extents;
+    QVector<Extent> extents;
     for (const Header::Entry &entry : header.offsets) {
         const QByteArray tag(entry.tag, TagSize);
         if (!sectionTags().contains(tag)) {
@@ -248,12 +259,9 @@ bool PackageLedger::parseOffsetTable(const Header &header, const char *document,
         qCCritical(lcLedger) << "Incomplete ledger data, missing segments:" << missing;
         return false;
     }
-    std::sort(extents.begin(), extents.end());
-    for (int i = 1; i < extents.size(); ++i) {
-        if (extents.at(i).first != extents.at(i - 1).second) {
-            qCCritical(lcLedger) << "Invalid ledger structure, misaligned segments";
-            return false;
-        }
+    if (!areAdjacent(extents)) {
+        qCCritical(lcLedger) << "Invalid ledger structure, misaligned segments";
+        return false;
     }
     qCDebug(lcLedger) << "Offset table parsing OK";
     return true;
