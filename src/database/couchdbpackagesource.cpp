@@ -8,7 +8,6 @@
 
 #include <Tamsel/GetRequest>
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QNetworkRequest>
 
@@ -22,8 +21,7 @@ constexpr int httpNotFound = 404;
 
 QString persistencePath(const QUrl &database)
 {
-    const QByteArray text = database.toString().toLatin1();
-    const QByteArray hash = QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex();
+    const QByteArray hash = hexMd5(database.toString().toLatin1());
     return QStringLiteral("packages/couchdb/%1").arg(QString::fromLatin1(hash));
 }
 

@@ -7,7 +7,6 @@
 
 #include <TamselDataCore/Context>
 
-#include <QCryptographicHash>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QUrlQuery>
@@ -20,8 +19,7 @@ constexpr int pollInterval = 300000; // milliseconds
 
 QString persistencePath(QString type, const QUrl &database)
 {
-    const QByteArray text = database.toString().toLatin1();
-    const QByteArray hash = QCryptographicHash::hash(text, QCryptographicHash::Md5).toHex();
+    const QByteArray hash = hexMd5(database.toString().toLatin1());
     type.replace(QLatin1Char(':'), QLatin1Char('.'));
     return QStringLiteral("packages/%1/%2").arg(type, QString::fromLatin1(hash));
 }

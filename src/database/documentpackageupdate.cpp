@@ -8,7 +8,6 @@
 #include <Tamsel/GetRequest>
 #include <TamselNetwork/NetworkAccessManager>
 
-#include <QCryptographicHash>
 #include <QFile>
 #include <QFutureWatcher>
 #include <QJsonDocument>
@@ -78,11 +77,10 @@ DocumentPackageUpdate::Result DocumentPackageUpdate::normalise(const QByteArray 
     if (parseError.error != QJsonParseError::NoError)
         return {ParseError, parseError.errorString(), QString(), QByteArray()};
     const QString path = directory.filePath(randomName());
-    const QByteArray hash = QCryptographicHash::hash(bytes, QCryptographicHash::Md5).toHex();
     QFile file(path);
     if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush())
         return {FileError, file.errorString(), QString(), QByteArray()};
-    return {NoError, QString(), path, hash};
+    return {NoError, QString(), path, hexMd5(bytes)};
 }
 
 void DocumentPackageUpdate::finish(const Result &result)

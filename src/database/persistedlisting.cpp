@@ -35,11 +35,6 @@ QFileInfo newestFile(const QDir &directory)
     return newest;
 }
 
-QByteArray hexMd5(const QByteArray &content)
-{
-    return QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex();
-}
-
 bool writeFile(const QString &path, const QByteArray &content)
 {
     QFile file(path);
@@ -47,6 +42,11 @@ bool writeFile(const QString &path, const QByteArray &content)
 }
 
 } // namespace
+
+QByteArray hexMd5(const QByteArray &content)
+{
+    return QCryptographicHash::hash(content, QCryptographicHash::Md5).toHex();
+}
 
 PersistedListing::PersistedListing(LogCategory category, const QString &path)
     : category(category)

@@ -12,6 +12,10 @@ namespace ts::pm {
 /** A function that Q_LOGGING_CATEGORY has made. */
 using LogCategory = const QLoggingCategory &(*)();
 
+/** The MD5 of \a content in hexadecimal digits, by which listings and databases are told apart. Any thread.
+ */
+QByteArray hexMd5(const QByteArray &content);
+
 /**
  * The listing that a source has now, and the directory in which it survives a restart: as one file that is
  * named after the MD5 of its content, with ".lock" beside it.
