@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QByteArray>
+#include <QtGlobal>
 
 #include <functional>
 #include <memory>

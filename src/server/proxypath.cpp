@@ -1,5 +1,7 @@
 #include "server/proxypath_p.h"
 
+#include <QByteArray>
+
 namespace ts::pm {
 
 namespace {

@@ -2,7 +2,6 @@
 
 #include "testexport_p.h"
 
-#include <QByteArray>
 #include <QString>
 #include <QStringList>
 #include <QUrl>

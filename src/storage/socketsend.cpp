@@ -4,7 +4,6 @@
 #include <QTcpSocket>
 
 #include <algorithm>
-#include <array>
 
 #ifdef Q_OS_LINUX
 #include <sys/sendfile.h>
