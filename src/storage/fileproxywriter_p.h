@@ -41,7 +41,8 @@ public:
     void stop();
 
 Q_SIGNALS:
-    /** The last byte has left, some time after the call that brought it. */
+    /** Nothing is left to write, some time after the call that brought it: all has left, or the socket broke.
+     */
     void written();
 
 private Q_SLOTS:

@@ -120,7 +120,9 @@ QSharedPointer<FileStore> FileStore::defaultStore()
         store.reset(new FileStore);
         current = store;
     } else if (!exists(store->d->filesPath)) {
-        store->d->makeDirectories(); // somebody has emptied the data location of a running application
+        // Somebody has emptied the data location of a running application. What cannot be made again shows
+        // when a file is committed.
+        Q_UNUSED(store->d->makeDirectories())
     }
     return store;
 }

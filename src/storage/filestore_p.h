@@ -15,7 +15,7 @@ public:
     FileStorePrivate(FileStore *q, const QDir &storeDir);
 
     void initStore();
-    QString makeDirectories() const;
+    [[nodiscard]] QString makeDirectories() const;
 
     FileStore *const q;
     const QDir storeDir;

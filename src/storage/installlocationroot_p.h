@@ -13,7 +13,8 @@ namespace ts::pm {
 /**
  * A locked directory of its own below "packages/install" of the data location.
  *
- * The lock is held from construction to destruction; the directory outlives the object.
+ * The lock is held from construction to destruction; the directory outlives the object. A directory that
+ * cannot be made or locked is logged, and used all the same.
  */
 class InstallLocationRoot
 {
