@@ -14,8 +14,7 @@ ScrollBar {
         implicitWidth: 6
         implicitHeight: 6
         radius: 3
-        color: bar.pressed ? Theme.accent : Theme.outline
-        opacity: bar.pressed || bar.hovered ? 1 : 0.55
+        color: bar.pressed ? Theme.accent : (bar.hovered ? Theme.dim : Theme.outline)
     }
 
     background: Item {}
