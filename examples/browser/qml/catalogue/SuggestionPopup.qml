@@ -90,7 +90,7 @@ Popup {
             WholeText {
                 label: label
                 text: model.suggestion
-                wanted: row.hovered
+                wanted: row.hovered || row.highlighted
             }
 
             background: Rectangle {

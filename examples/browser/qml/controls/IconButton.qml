@@ -35,7 +35,7 @@ ToolButton {
     }
 
     Tip {
-        visible: button.hovered && !button.down && !button.engaged
+        visible: (button.hovered || button.visualFocus) && !button.down && !button.engaged
         text: button.text
     }
 
