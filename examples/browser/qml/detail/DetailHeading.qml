@@ -16,13 +16,14 @@ Column {
 
     spacing: Theme.gap * 1.5
 
-    Row {
+    // A publisher's type can be of any length.
+    Flow {
         width: parent.width
         spacing: Theme.gap
 
         Text {
-            anchors.verticalCenter: parent.verticalCenter
             visible: heading.type !== ""
+            width: Math.min(implicitWidth, parent.width)
             text: Texts.typeName(heading.type)
             textFormat: Text.PlainText
             font.pixelSize: Theme.small
@@ -30,12 +31,12 @@ Column {
             font.capitalization: Font.AllUppercase
             font.letterSpacing: 0.6
             color: Theme.accent
+            wrapMode: Text.Wrap
             Accessible.role: Accessible.StaticText
             Accessible.name: text
         }
 
         Row {
-            anchors.verticalCenter: parent.verticalCenter
             visible: heading.featured
             spacing: 4
 
