@@ -238,6 +238,10 @@
         <source></source>
         <translation>%1 öffnen</translation>
     </message>
+    <message id="browser-file-refused">
+        <source></source>
+        <translation>Kein Programm dafür</translation>
+    </message>
     <message id="browser-keywords">
         <source></source>
         <translation>Stichwörter</translation>

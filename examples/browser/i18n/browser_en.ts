@@ -238,6 +238,10 @@
         <source></source>
         <translation>Open %1</translation>
     </message>
+    <message id="browser-file-refused">
+        <source></source>
+        <translation>No application for it</translation>
+    </message>
     <message id="browser-keywords">
         <source></source>
         <translation>Keywords</translation>

@@ -10,6 +10,8 @@ ItemDelegate {
     property string name
     property real size: -1
     property url url
+    // The system has no application for it.
+    property bool refused: false
 
     implicitHeight: Math.round(Theme.body * 2.4)
     enabled: size >= 0
@@ -19,11 +21,12 @@ ItemDelegate {
     topPadding: 0
     bottomPadding: 0
     Accessible.name: qsTrId("browser-file-open").arg(name)
+    Accessible.description: sizeText.text
     Accessible.onPressAction: {
         if (enabled)
             clicked();
     }
-    onClicked: Qt.openUrlExternally(url)
+    onClicked: refused = !Qt.openUrlExternally(url)
 
     contentItem: Item {
         Icon {
@@ -54,9 +57,13 @@ ItemDelegate {
 
             anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
-            text: row.enabled ? Texts.fileSize(row.size) : ""
+            text: {
+                if (!row.enabled)
+                    return "";
+                return row.refused ? qsTrId("browser-file-refused") : Texts.fileSize(row.size);
+            }
             font.pixelSize: Theme.small
-            color: Theme.dim
+            color: row.refused ? Theme.warning : Theme.dim
         }
     }
 
