@@ -18,7 +18,7 @@ FocusScope {
 
     signal packageChosen(string id)
 
-    StackView.onActivated: grid.forceActiveFocus()
+    StackView.onActivated: focusContent()
 
     Rectangle {
         anchors.fill: parent
