@@ -36,10 +36,12 @@ function(tamsel_add_library target)
             $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 
     _tamsel_public_headers(headers "${generated}" ${arg_PUBLIC_CLASSES})
-    _tamsel_install_headers("${arg_HEADER_DIR}" "${generated}" "${headers}")
+    _tamsel_install_headers("${arg_HEADER_DIR}" "${headers}")
+    install(FILES "${generated}/${lower}_export.h"
+        DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/${arg_HEADER_DIR}" COMPONENT Development)
     install(TARGETS ${target} EXPORT TamselPackageManagerTargets
-        LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
-        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+        LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}" COMPONENT Runtime NAMELINK_COMPONENT Development
+        RUNTIME DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT Runtime)
 endfunction()
 
 # Writes the CamelCase forwarding headers of the build tree and lists the headers that they stand for.
@@ -60,9 +62,14 @@ function(_tamsel_public_headers result generated)
     set(${result} "${headers}" PARENT_SCOPE)
 endfunction()
 
-function(_tamsel_install_headers header_dir generated headers)
+function(_tamsel_install_headers header_dir headers)
+    set(destination "${CMAKE_INSTALL_INCLUDEDIR}/${header_dir}")
+    if(NOT IS_ABSOLUTE "${destination}")
+        string(PREPEND destination "\${CMAKE_INSTALL_PREFIX}/")
+    endif()
     install(CODE "
         include(\"${PROJECT_SOURCE_DIR}/cmake/InstallHeaders.cmake\")
-        install_headers(\"${CMAKE_CURRENT_SOURCE_DIR}\" \"${generated}\"
-            \"\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_INCLUDEDIR}/${header_dir}\" \"${headers}\")")
+        install_headers(\"${CMAKE_CURRENT_SOURCE_DIR}\" \"${CMAKE_CURRENT_BINARY_DIR}/installed-headers\"
+            \"${destination}\" \"${headers}\")"
+        COMPONENT Development)
 endfunction()

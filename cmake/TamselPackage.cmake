@@ -18,7 +18,8 @@ set_target_properties(${_tamsel_libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
 
 install(EXPORT TamselPackageManagerTargets
     NAMESPACE Tamsel::
-    DESTINATION "${_tamsel_package_dir}")
+    DESTINATION "${_tamsel_package_dir}"
+    COMPONENT Development)
 
 configure_package_config_file(
     "${PROJECT_SOURCE_DIR}/cmake/TamselPackageManagerConfig.cmake.in"
@@ -32,7 +33,8 @@ write_basic_package_version_file(
 install(FILES
     "${PROJECT_BINARY_DIR}/package/TamselPackageManagerConfig.cmake"
     "${PROJECT_BINARY_DIR}/package/TamselPackageManagerConfigVersion.cmake"
-    DESTINATION "${_tamsel_package_dir}")
+    DESTINATION "${_tamsel_package_dir}"
+    COMPONENT Development)
 
 # The prefix is told from the place of the file itself, so that the tree can be moved. A directory that was
 # configured as an absolute path does not move with it.
@@ -52,7 +54,11 @@ configure_file(
     "${PROJECT_SOURCE_DIR}/cmake/TamselPackageManager.pc.in"
     "${PROJECT_BINARY_DIR}/package/TamselPackageManager.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/package/TamselPackageManager.pc"
-    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig"
+    COMPONENT Development)
 
-install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}")
-install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}")
+# In a sub-project the directory is that of the project above, and may have a README of its own.
+if(PROJECT_IS_TOP_LEVEL)
+    install(FILES README.md CHANGELOG.md DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Documentation)
+    install(DIRECTORY docs DESTINATION "${CMAKE_INSTALL_DOCDIR}" COMPONENT Documentation)
+endif()
