@@ -18,6 +18,7 @@ function(tamsel_add_library target)
     add_library(${target} SHARED ${arg_SOURCES})
     add_library(Tamsel::${arg_EXPORT_NAME} ALIAS ${target})
     tamsel_target_defaults(${target})
+    target_compile_features(${target} INTERFACE cxx_std_17)
     set_target_properties(${target} PROPERTIES
         EXPORT_NAME ${arg_EXPORT_NAME}
         VERSION ${PROJECT_VERSION}
