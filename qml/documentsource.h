@@ -25,6 +25,7 @@ class DocumentSource : public PackageSourceElement
     Q_OBJECT
     /** Where the data service is, without the name of the database, as in "https://example.org:6984". */
     Q_PROPERTY(QUrl serviceUrl READ serviceUrl WRITE setServiceUrl NOTIFY serviceUrlChanged)
+    /** The name of the database there. */
     Q_PROPERTY(QString database READ database WRITE setDatabase NOTIFY databaseChanged)
     /** The type of the documents; that of the packages is "compat:" and this one. */
     Q_PROPERTY(QString documentType READ documentType WRITE setDocumentType NOTIFY documentTypeChanged)

@@ -32,6 +32,7 @@ class PackageProvider : public QObject, public IPackageProvider
     Q_OBJECT
     Q_INTERFACES(ts::pm::IPackageProvider)
     Q_CLASSINFO("DefaultProperty", "sources")
+    /** The elements whose packages the repository has. One that is destroyed is taken out. */
     Q_PROPERTY(QQmlListProperty<ts::pm::PackageSourceElement> sources READ sources NOTIFY sourcesChanged)
     /** Whether there is an index. Does not become false again. */
     Q_PROPERTY(bool ready READ isReady NOTIFY readyChanged)

@@ -35,7 +35,9 @@ class PackageServerSource : public PackageSourceElement, public QQmlParserStatus
     Q_PROPERTY(QString token READ token WRITE setToken NOTIFY credentialsChanged)
     /** Goes to the server with the password, unless it is empty, as it is at first. */
     Q_PROPERTY(QString user READ user WRITE setUser NOTIFY credentialsChanged)
+    /** Goes with the user only. Empty at first. */
     Q_PROPERTY(QString password READ password WRITE setPassword NOTIFY credentialsChanged)
+    /** What has come of the last question to the server. NoServer at first. */
     Q_PROPERTY(Status status READ status NOTIFY statusChanged)
 
 public:

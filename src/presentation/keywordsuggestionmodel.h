@@ -36,6 +36,7 @@ class TAMSELPACKAGEMANAGER_EXPORT KeywordSuggestionModel : public QAbstractListM
         QObject *packageProvider READ packageProvider WRITE setPackageProvider NOTIFY packageProviderChanged)
     /** The typed text. Empty, as at first, it gives no words. */
     Q_PROPERTY(QString searchString READ searchString WRITE setSearchString NOTIFY searchStringChanged)
+    /** Number of rows. */
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:

@@ -49,6 +49,7 @@ class TAMSELPACKAGEMANAGER_EXPORT PackageListModel : public QAbstractListModel, 
         QObject *packageProvider READ packageProvider WRITE setPackageProvider NOTIFY packageProviderChanged)
     /** The type to show, with all types below it. Empty, as at first, it selects all packages. */
     Q_PROPERTY(QString packageType READ packageType WRITE setPackageType NOTIFY packageTypeChanged)
+    /** What the roles beside "id" read. None at first. */
     Q_PROPERTY(QQmlListProperty<ts::pm::ManifestField> manifestFields READ manifestFields NOTIFY
                    manifestFieldsChanged)
     /** Null, as at first, shows all packages of the type. */

@@ -25,6 +25,7 @@ class TAMSELPACKAGEMANAGER_EXPORT PackageMatcherGroup : public PackageMatcher
     /** MatchAll at first. Bindings do not follow it, by choice: only what the group matches is news. */
     Q_PROPERTY(ts::pm::PackageMatcherGroup::MatchRequirement // clazy:exclude=qproperty-without-notify
                    matchRequirement READ matchRequirement WRITE setMatchRequirement)
+    /** The members. None at first. */
     Q_PROPERTY(QQmlListProperty<ts::pm::PackageMatcher> matchers READ matchers NOTIFY matchersChanged)
 
 public:

@@ -31,9 +31,11 @@ class PackageRepository;
 class TAMSELPACKAGEMANAGER_EXPORT PackageReference : public QObject
 {
     Q_OBJECT
+    /** That of the package. */
     Q_PROPERTY(QString id READ id CONSTANT)
     /** Null while the package is in no index. */
     Q_PROPERTY(QString type READ type NOTIFY typeChanged)
+    /** How far the package is installed. */
     Q_PROPERTY(ts::pm::PackageReference::Status status READ status NOTIFY statusChanged)
 
 public:
