@@ -6,12 +6,10 @@
 
 namespace ts::ledger {
 
+namespace format = pm::ledgerformat;
+
 namespace {
 
-constexpr int signatureSize = 64; // bytes
-constexpr int digestSize = 28;    // bytes
-constexpr int headerSize = 38;    // bytes
-constexpr int sectionHeadSize = 8;
 constexpr int sectionCount = 4;
 
 constexpr quint64 largestText = 0xFFFF; // bytes
@@ -126,7 +124,8 @@ void writeAll(Sink &sink, const QVector<Record> &records)
         write(sink, record);
 }
 
-constexpr const char *sectionTags[sectionCount] = {".iss", ".kwd", ".pkg", ".lnk"};
+constexpr const char *sectionTags[sectionCount] = {format::IssuerTag, format::KeywordTag, format::PackageTag,
+                                                   format::LinkTag};
 
 template<typename Sink>
 void writeSection(Sink &sink, int section, const LedgerRecords &records)
@@ -154,21 +153,22 @@ quint64 payloadSize(int section, const LedgerRecords &records)
 
 quint64 documentSize(const LedgerRecords &records)
 {
-    quint64 size = headerSize;
+    quint64 size = format::HeaderSize;
     for (int section = 0; section < sectionCount; ++section)
-        size += sectionHeadSize + payloadSize(section, records);
+        size += format::SectionHeadSize + payloadSize(section, records);
     return size;
 }
 
 void writeHeader(QByteArray &document, const LedgerRecords &records)
 {
-    document.append("ldgr\x01\x00", 6);
+    document.append(format::Magic);
+    document.append(char(format::MajorVersion)).append(char(format::MinorVersion));
     Appender appender(document);
-    quint64 offset = headerSize;
+    quint64 offset = format::HeaderSize;
     for (int section = 0; section < sectionCount; ++section) {
         document.append(sectionTags[section]);
         appender.number(quint32(offset));
-        offset += sectionHeadSize + payloadSize(section, records);
+        offset += format::SectionHeadSize + payloadSize(section, records);
     }
 }
 
@@ -186,7 +186,7 @@ public:
         for (const PackageRecord &package : records.packages)
             check(package);
         place = QStringLiteral("The ledger");
-        atMost(documentSize(records), pm::ledgerformat::LargestDocument, QStringLiteral("bytes in all"));
+        atMost(documentSize(records), format::LargestDocument, QStringLiteral("bytes in all"));
         return errors;
     }
 
@@ -197,7 +197,7 @@ private:
         atMost(quint64(issuers.size()), largestCount16, QStringLiteral("issuers"));
         for (const IssuerRecord &issuer : issuers) {
             place = QStringLiteral("Issuer '%1'").arg(QString::fromUtf8(issuer.name.left(80)));
-            exactly(issuer.signature, signatureSize, QStringLiteral("signature"));
+            exactly(issuer.signature, format::SignatureSize, QStringLiteral("signature"));
             text(issuer.name, QStringLiteral("name"));
             text(issuer.secondName, QStringLiteral("second name"));
             text(issuer.publicKey, QStringLiteral("public key"));
@@ -230,12 +230,12 @@ private:
     void check(const PackageRecord &package)
     {
         place = placeOf(package.origin, package.id);
-        exactly(package.signature, signatureSize, QStringLiteral("signature"));
+        exactly(package.signature, format::SignatureSize, QStringLiteral("signature"));
         text(package.id, QStringLiteral("id"));
         text(package.manifest, QStringLiteral("manifest"));
         atMost(quint64(package.files.size()), largestCount16, QStringLiteral("files"));
         for (const FileRecord &file : package.files) {
-            exactly(file.digest, digestSize, QStringLiteral("digest"));
+            exactly(file.digest, format::DigestSize, QStringLiteral("digest"));
             text(file.path, QStringLiteral("path of a file"));
         }
     }
