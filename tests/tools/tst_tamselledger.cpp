@@ -90,11 +90,13 @@ private Q_SLOTS:
             publish --certificate c c www      | --key or --ledger is missing
             publish --ledger l c               | TREE is missing
             publish --ledger l c ''            | TREE is empty
+            build --key '' --output o c        | --key is empty
             couchdb c                          | --url or --output is missing
             publish --ledger l --key k c www   | --key and --ledger do not go together
             couchdb --url http://x --output y c | do not go together
             couchdb --output y --prune c       | --prune and --output do not go together
             couchdb --url ftp://me:word@x/y c  | '...@x/y' is no URL
+            couchdb --url http:///y c          | 'http:///y' is no URL
             serve www more                     | Unexpected argument 'more')")) {
             const Outcome outcome = workshop.run(row[0]);
             QVERIFY2(outcome.exitCode == 2 && outcome.errors.contains(row[1]), qPrintable(outcome.errors));

@@ -84,6 +84,8 @@ std::optional<int> CommandLine::parse(const QStringList &arguments)
     const int empty = parser.positionalArguments().indexOf(QString());
     if (empty >= 0)
         return refuse(QStringLiteral("%1 is empty.").arg(this->arguments.at(empty)));
+    if (const QString option = emptyOption(); !option.isNull())
+        return refuse(QStringLiteral("--%1 is empty.").arg(option));
     if (const QString complaint = conflict(); !complaint.isNull())
         return refuse(complaint);
     for (const Requirement &requirement : qAsConst(requirements)) {
@@ -99,6 +101,16 @@ int CommandLine::refuse(const QString &message) const
     Console::error(message);
     Console::hint(QStringLiteral("See 'tamsel-ledger %1 --help'.").arg(command));
     return UsageError;
+}
+
+// As a script gives it whose variable is not set; null if every option that is given has a value.
+QString CommandLine::emptyOption() const
+{
+    for (auto option = valueNames.keyBegin(); option != valueNames.keyEnd(); ++option) {
+        if (parser.isSet(*option) && parser.value(*option).isEmpty())
+            return *option;
+    }
+    return QString();
 }
 
 // About the first two options that do not go together; null if all do.

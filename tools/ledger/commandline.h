@@ -52,6 +52,7 @@ private:
         QString instead;
     };
 
+    QString emptyOption() const;
     QString conflict() const;
     QString help() const;
     QString usage() const;

@@ -99,8 +99,9 @@ void addOptions(CommandLine &line)
 // The exit code if it is none of a database.
 std::optional<int> checkUrl(const CommandLine &line)
 {
-    const QString scheme = QUrl(line.value(urlOption)).scheme();
-    if (line.isSet(urlOption) && scheme != QLatin1String("http") && scheme != QLatin1String("https"))
+    const QUrl url(line.value(urlOption));
+    const bool isHttp = url.scheme() == QLatin1String("http") || url.scheme() == QLatin1String("https");
+    if (line.isSet(urlOption) && (!isHttp || url.host().isEmpty()))
         return line.refuse(
             QStringLiteral("'%1' is no URL of a database.").arg(withoutLogin(line.value(urlOption))));
     return std::nullopt;
