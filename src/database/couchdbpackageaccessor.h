@@ -16,8 +16,11 @@ class FileStore;
 /**
  * The packages, keywords and links of one answer of the view, see CouchDBPackageSource.
  *
- * initialize() reads the data file as a whole; of a listing that is longer than 4 MiB nothing is read.
- * Without an access manager the installers fail.
+ * initialize() reads the data file as a whole.
+ *
+ * Ownership and threads: as PackageAccessor. The access manager is not owned, and may go away at any time.
+ * Errors: of a listing that is longer than 4 MiB nothing is read. Without an access manager the installers
+ * fail.
  */
 class TAMSEL_TEST_EXPORT CouchDBPackageAccessor : public PackageAccessor
 {

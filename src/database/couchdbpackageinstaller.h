@@ -15,7 +15,8 @@ namespace ts::pm {
  * the base64 of the digest, is the file's id in the store. An attachment without a usable digest is
  * not fetched, and fails.
  *
- * Threads and ownership: as PackageInstaller; \a manager has to live on the same thread.
+ * Ownership and threads: as PackageInstaller; the access manager is not owned, and has to live on the same
+ * thread.
  * Errors: as DownloadInstaller, from code 1 on.
  */
 class TAMSEL_TEST_EXPORT CouchDBPackageInstaller : public DownloadInstaller

@@ -18,11 +18,12 @@ class CouchDBPackageSourcePrivate;
  * answer that was persisted is there again at the next start, before any poll.
  *
  * Ownership: the access manager is not owned, and may go before the source does; then polls and installs
- * fail. Threads: the repository's thread, which has to be that of the access manager. persist() waits for as
- * long as another process is persisting the same database. Errors: a poll that fails leaves everything as it
- * is, with a critical message in "tamsel.package.couchdb" for any answer but a 404: a database without the
- * view is not unusual. Persisted data that do not match their hash are removed, with a message. An answer of
- * more than 4 MiB cannot be read, and gives no packages.
+ * fail.
+ * Threads: repository thread only, which has to be that of the access manager. persist() waits for as long as
+ * another process is persisting the same database.
+ * Errors: a poll that fails leaves everything as it is, with a critical message in "tamsel.package.couchdb"
+ * for any answer but a 404: a database without the view is not unusual. Persisted data that do not match
+ * their hash are removed, with a message. An answer of more than 4 MiB cannot be read, and gives no packages.
  */
 class TAMSELPACKAGEMANAGER_EXPORT CouchDBPackageSource : public PackageSource
 {

@@ -10,7 +10,10 @@ namespace ts::pm {
 
 /**
  * The documents of one type as packages, see DocumentPackageSource. The document is the manifest; there are
- * no files, keywords and links. Numbers out of range give empty records, and no installer.
+ * no files, keywords and links.
+ *
+ * Ownership and threads: as PackageAccessor.
+ * Errors: numbers out of range give empty records, and no installer.
  */
 class TAMSEL_TEST_EXPORT DocumentPackageAccessor : public PackageAccessor
 {

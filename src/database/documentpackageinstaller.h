@@ -8,7 +8,8 @@ namespace ts::pm {
  * The install of a package that is a document: there is nothing to install, so it has succeeded from the
  * start, and emits no statusChanged().
  *
- * Threads and ownership: as PackageInstaller. Errors: none.
+ * Ownership and threads: as PackageInstaller.
+ * Errors: none.
  */
 class DocumentPackageInstaller : public PackageInstaller
 {

@@ -20,8 +20,9 @@ class PackageReference;
  * In the data, "wasCached" is true, and "type" is that of the manifest or, if it has none, its "docType".
  *
  * Ownership: a child of its context, which has to implement IPackageProvider, and to do so for as long as the
- * loader lives. Threads: the repository's thread, which has to be that of the context. Errors: none; a
- * document whose package is in no index stays without data until one has it.
+ * loader lives.
+ * Threads: repository thread only, which has to be that of the context.
+ * Errors: none; a document whose package is in no index stays without data until one has it.
  *
  * A reference is taken in hand once in its life, by the first loader that is asked for it: a second context
  * with the same repository does not get the document.

@@ -23,7 +23,7 @@ class DocumentPackageSourcePrivate;
  * the next start, before any poll.
  *
  * Ownership: a child of its context; take it out of the repository before the context goes.
- * Threads: the repository's thread. Answers are parsed on the global thread pool. persist() waits for as long
+ * Threads: repository thread only. Answers are parsed on the global thread pool. persist() waits for as long
  * as another process is persisting the same documents.
  * Errors: a poll that fails leaves everything as it is, with a critical message in "tamsel.package.document".
  * Persisted data that do not match their hash are removed, with a message. Rows that take more than 4 MiB

@@ -25,9 +25,9 @@ class DocumentPackageSource;
  * file of its own and tells their hash. Starts in its constructor.
  *
  * Ownership: the source's, which deletes it; its scratch directory lives for as long as a copy of it does.
- * Threads: the source's thread; the answer is parsed and written on the global thread pool. Signals:
- * finished() comes exactly once, from the event loop; hash, file and error hold from then on. Errors: error()
- * and errorString(); nothing is logged or retried.
+ * Threads: repository thread only; the answer is parsed and written on the global thread pool.
+ * Signals: finished() comes exactly once, from the event loop; hash, file and error hold from then on.
+ * Errors: error() and errorString(); nothing is logged or retried.
  */
 class TAMSEL_TEST_EXPORT DocumentPackageUpdate : public QObject
 {

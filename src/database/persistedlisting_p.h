@@ -20,7 +20,8 @@ QByteArray hexMd5(const QByteArray &content);
  * The listing that a source has now, and the directory in which it survives a restart: as one file that is
  * named after the MD5 of its content, with ".lock" beside it.
  *
- * Threads: the source's thread. persist() waits for as long as another process holds the lock.
+ * Threads: repository thread only. The directory is process-wide, locked by file while it is written:
+ * persist() waits for as long as another process holds the lock.
  * Errors: logged in the category of the source.
  */
 class TAMSEL_TEST_EXPORT PersistedListing

@@ -7,6 +7,8 @@ namespace ts::pm {
 /**
  * Tells a source when to poll: at the first tick of its timer, and then each time that the interval has been
  * counted down to nothing. A tick is 2 seconds.
+ *
+ * Threads: repository thread only.
  */
 class PollCountdown
 {

@@ -10,6 +10,9 @@ namespace ts::pm {
  * case of a text only as far as it is compared, several characters at a time.
  *
  * Texts that differ in case only keep no defined order.
+ *
+ * Ownership: the texts are not owned.
+ * Threads: worker job only.
  */
 class FoldedOrder
 {

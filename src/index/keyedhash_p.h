@@ -9,6 +9,8 @@ namespace ts::pm {
  *
  * qHash() mixes its seed into the result only: texts of one length that collide with one seed collide with
  * all, and can be found beforehand. Here the secret takes part in every step.
+ *
+ * Threads: immutable, any thread.
  */
 class KeyedHash
 {

@@ -47,9 +47,10 @@ private:
 /**
  * A package filter: takes the packages that carry a keyword that passes a test.
  *
- * Copies share what has been found out about the index that the first call was for; that is published
- * atomically and does not change any more. Calls for other indexes, and for packages that no index has built,
- * are answered without it.
+ * Copies share what has been found out about the index that the first call was for. Calls for other indexes,
+ * and for packages that no index has built, are answered without it.
+ *
+ * Threads: immutable, any thread. What copies share is published atomically, and does not change any more.
  */
 class TAMSEL_TEST_EXPORT KeywordPredicate
 {

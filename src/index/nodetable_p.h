@@ -12,7 +12,7 @@ namespace ts::pm {
 class PackageIndexNode;
 
 /**
- * The nodes of an index, by id and in order of creation. Owns them.
+ * The nodes of an index, by id and in order of creation.
  *
  * Looking up ids that lie all over the memory is mostly waiting for it. So this table is as small as it can
  * be, and the look-ups of a build are cut in three, so that the memory is fetched for many before anybody
@@ -23,7 +23,9 @@ class PackageIndexNode;
  *
  * The ids of all nodes are references to one string, which may grow meanwhile.
  *
- * Threads: insert(), reserve() and take() while nobody else has the table, everything else any thread.
+ * Ownership: owns the nodes, but not the string.
+ * Threads: worker job only during the build, then immutable, any thread; take() while nobody else has the
+ * table.
  */
 class NodeTable
 {

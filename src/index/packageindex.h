@@ -26,8 +26,8 @@ class PackageSource;
  * one source, a keyword over a package. Links are made after that, so that they attach to the winner.
  *
  * Ownership: shared through QSharedPointer; owns its nodes and accessors. Results of queries hold a share.
- * Threads: addSource() on the repository's thread, build() alone on one worker thread, then read-only on any
- * thread. The hand-over of the finished index is what publishes it.
+ * Threads: immutable, any thread, once it is built; the hand-over of the finished index is what publishes it.
+ * Before that, addSource() is repository thread only, and build() worker job only.
  * Errors: none. Records that cannot be used are left out; "tamsel.package.index" tells at debug level.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageIndex

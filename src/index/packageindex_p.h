@@ -20,7 +20,7 @@ namespace ts::pm {
 
 struct TranslatedManifest;
 
-// Written by the build on its worker thread, then read-only, apart from the two atomics.
+// Written by addSource() and the build, then immutable, any thread, apart from the two atomics.
 class PackageIndexPrivate
 {
 public:

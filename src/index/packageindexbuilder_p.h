@@ -13,7 +13,7 @@ struct LinkInfo;
 /**
  * Builds an index: creates the nodes of all accessors, links them, and puts them in order.
  *
- * Used once, alone, on the worker thread that builds.
+ * Threads: worker job only. A builder builds once.
  */
 class PackageIndexBuilder
 {

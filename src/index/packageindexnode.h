@@ -25,7 +25,7 @@ struct PackageIndexLink
  * A node of the index: a package or a keyword.
  *
  * Ownership: nodes belong to their index, and are valid as long as somebody holds a shared pointer to it.
- * Threads: immutable once the index is published, any thread.
+ * Threads: immutable, any thread, once the index is published.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageIndexNode
 {

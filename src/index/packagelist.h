@@ -14,7 +14,9 @@ class PackageNode;
 /**
  * Nodes of an index, together with a share in the index that keeps them alive.
  *
- * A value: cheap to copy, safe to pass between threads. A default-constructed list has no index and no nodes.
+ * A value, cheap to copy. A default-constructed list has no index and no nodes.
+ *
+ * Threads: immutable, any thread.
  */
 template<typename Node>
 class NodeList

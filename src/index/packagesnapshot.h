@@ -15,7 +15,10 @@ class PackageNode;
 /**
  * One package of one index, kept readable however many newer indexes come.
  *
- * A value: cheap to copy, safe to pass between threads. A default-constructed snapshot is empty.
+ * A value, cheap to copy. A default-constructed snapshot is empty.
+ *
+ * Ownership: holds a share in the index.
+ * Threads: immutable, any thread.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageSnapshot
 {

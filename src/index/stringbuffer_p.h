@@ -14,6 +14,8 @@ namespace ts::pm {
  *
  * References name the QString object and a position in it, so they stay valid while the buffer grows, but not
  * if the buffer moves.
+ *
+ * Threads: worker job only until it is closed, then immutable, any thread.
  */
 class TAMSEL_TEST_EXPORT StringBuffer
 {

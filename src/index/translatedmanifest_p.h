@@ -7,8 +7,9 @@ namespace ts::pm {
 /**
  * A manifest with its translatable strings in the application's language, as a package node caches it.
  *
- * Immutable once published. One that has been replaced is kept until its index goes, for readers that still
- * look at it.
+ * Ownership: the node's. One that has been replaced is kept until its index goes, for readers that still look
+ * at it.
+ * Threads: immutable, any thread, once published.
  */
 struct TranslatedManifest
 {

@@ -18,7 +18,7 @@ class CategoryListModelPrivate;
  * Roles: 0 "id", 1 "name" in the active language.
  *
  * Ownership: the provider is not owned.
- * Threads: the repository's thread.
+ * Threads: repository thread only.
  * Errors: a provider without the interface is logged in "tamsel.packages" and gives an empty list, though
  * packageProvider goes on naming it.
  */

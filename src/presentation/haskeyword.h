@@ -9,7 +9,11 @@ namespace ts::pm {
 
 class HasKeywordPrivate;
 
-/** Takes the packages that carry one keyword, in the sense of PackageNode::keywords(). */
+/**
+ * Takes the packages that carry one keyword, in the sense of PackageNode::keywords().
+ *
+ * Ownership, threads and errors: as PackageMatcher.
+ */
 class TAMSELPACKAGEMANAGER_EXPORT HasKeyword : public PackageMatcher
 {
     Q_OBJECT

@@ -9,7 +9,11 @@ namespace ts::pm {
 
 class HasManifestFieldPrivate;
 
-/** Takes the packages whose manifest has one key, whatever its value: null and an empty text count. */
+/**
+ * Takes the packages whose manifest has one key, whatever its value: null and an empty text count.
+ *
+ * Ownership, threads and errors: as PackageMatcher.
+ */
 class TAMSELPACKAGEMANAGER_EXPORT HasManifestField : public PackageMatcher
 {
     Q_OBJECT

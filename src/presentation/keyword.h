@@ -15,7 +15,7 @@ class KeywordPrivate;
  * index.
  *
  * Ownership: the provider is not owned.
- * Threads: the repository's thread.
+ * Threads: repository thread only.
  * Signals: keywordChanged() when the id resolves to another keyword, to none any more, or to the same one in
  * a new index; not while it stays unresolved. packageProviderChanged() is declared, and on purpose never
  * emitted.

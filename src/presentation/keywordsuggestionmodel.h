@@ -21,7 +21,7 @@ class KeywordSuggestionModelPrivate;
  * typed text in bold.
  *
  * Ownership: the provider is not owned.
- * Threads: the repository's thread.
+ * Threads: repository thread only.
  * Signals: countChanged() after a reset that changed the number of rows.
  * Errors: a provider without the interface is logged in "tamsel.packages" and gives no words, though
  * packageProvider goes on naming it.

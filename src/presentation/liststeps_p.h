@@ -11,9 +11,11 @@ namespace ts::pm {
 class PackageListModelPrivate;
 
 /**
- * One recorded change of a list model. Made on a worker, run on the model's thread, in the order of
- * recording. A step that does not fit the rows, as it may happen when they have been taken away meanwhile,
- * does nothing.
+ * One recorded change of a list model. A step that does not fit the rows, as it may happen when they have
+ * been taken away meanwhile, does nothing.
+ *
+ * Ownership: the model is not owned, and has to be there when the step is run.
+ * Threads: made by a worker job; run on the repository thread only, in the order of recording.
  */
 using ListStep = std::function<void()>;
 

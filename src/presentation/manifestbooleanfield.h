@@ -6,7 +6,12 @@ namespace ts::pm {
 
 class ManifestBooleanFieldPrivate;
 
-/** A field that holds a boolean; anything else gives the default. */
+/**
+ * A field that holds a boolean.
+ *
+ * Ownership, threads and signals: as ManifestField.
+ * Errors: anything else gives the default.
+ */
 class TAMSELPACKAGEMANAGER_EXPORT ManifestBooleanField : public ManifestField
 {
     Q_OBJECT

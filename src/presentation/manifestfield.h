@@ -19,7 +19,8 @@ class PackageNode;
  *
  * The same kind of object serves as a role of a PackageListModel and as a value of a PackageData.
  *
- * Threads: the thread of the model or PackageData that uses it.
+ * Ownership: models and PackageData do not own their fields.
+ * Threads: repository thread only.
  * Signals: a setter emits the signal of its property, then updateRequested().
  * Errors: a missing value, or one of another type, gives the default.
  */

@@ -5,8 +5,11 @@
 namespace ts::pm {
 
 /**
- * A field that names a file of the package; its value is the URL of the file, an empty one if there is no
- * such text. A PackageData shows it only while the package is installed, a PackageListModel always.
+ * A field that names a file of the package; its value is the URL of the file. A PackageData shows it only
+ * while the package is installed, a PackageListModel always.
+ *
+ * Ownership, threads and signals: as ManifestField.
+ * Errors: anything but a text gives an empty URL.
  */
 class TAMSELPACKAGEMANAGER_EXPORT ManifestFileField : public ManifestField
 {

@@ -10,7 +10,10 @@ class ManifestSizeFieldPrivate;
 
 /**
  * A field that holds width and height as an array of two numbers. Negative numbers count as 0, further
- * elements are ignored; anything else gives the default.
+ * elements are ignored.
+ *
+ * Ownership, threads and signals: as ManifestField.
+ * Errors: anything else gives the default.
  */
 class TAMSELPACKAGEMANAGER_EXPORT ManifestSizeField : public ManifestField
 {

@@ -6,7 +6,12 @@ namespace ts::pm {
 
 class ManifestStringFieldPrivate;
 
-/** A field that holds a text; anything else gives the default. */
+/**
+ * A field that holds a text.
+ *
+ * Ownership, threads and signals: as ManifestField.
+ * Errors: anything else gives the default.
+ */
 class TAMSELPACKAGEMANAGER_EXPORT ManifestStringField : public ManifestField
 {
     Q_OBJECT

@@ -12,6 +12,8 @@ class MatchesKeywordSearchPrivate;
 /**
  * Takes the packages that carry a keyword with a typed text in it, without regard to case. The text is used
  * as typed: not split into words, not trimmed.
+ *
+ * Ownership, threads and errors: as PackageMatcher.
  */
 class TAMSELPACKAGEMANAGER_EXPORT MatchesKeywordSearch : public PackageMatcher
 {

@@ -12,6 +12,8 @@ namespace ts::pm {
  *
  * Every move takes logarithmic time. The rows form a balanced tree by position; each subtree knows how far
  * its rows are from their places at the most, in either direction, and a move shifts whole subtrees at once.
+ *
+ * Threads: worker job only.
  */
 class TAMSEL_TEST_EXPORT MovePlanner
 {

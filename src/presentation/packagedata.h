@@ -19,7 +19,7 @@ class PackageDataPrivate;
  * value of that name.
  *
  * Ownership: neither the reference nor the fields are owned; a reference that is destroyed reads as null.
- * Threads: the repository's thread.
+ * Threads: repository thread only.
  * Signals: packageReferenceChanged() before the values change. manifestFieldsChanged() is declared, and on
  * purpose never emitted.
  * Errors: without a reference, or with a package that cannot be read, every field gives its default.

@@ -27,6 +27,7 @@ protected:
     }
 };
 
+// Repository thread only.
 class PackageDataPrivate
 {
 public:

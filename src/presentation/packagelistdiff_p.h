@@ -12,7 +12,7 @@
 
 namespace ts::pm {
 
-/** Runs of adjacent row numbers, in the order in which they were added. */
+/** Runs of adjacent row numbers, in the order in which they were added. Worker job only. */
 class TAMSEL_TEST_EXPORT Ranges
 {
 public:

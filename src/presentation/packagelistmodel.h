@@ -34,7 +34,7 @@ class PackageListModelPrivate;
  * the translations: a value is new when it is next read.
  *
  * Ownership: provider, fields, matcher and sorter are not owned.
- * Threads: the repository's thread.
+ * Threads: repository thread only.
  * Signals: countChanged() once after all rows of an update have changed, if their number did; not when the
  * provider is taken away. matcherChanged() and sorterChanged() are declared, and on purpose never emitted.
  * Errors: a provider without the interface is logged in "tamsel.packages" and counts as null.

@@ -18,7 +18,7 @@ namespace ts::pm {
  */
 using StepWatcher = QFutureWatcher<std::shared_ptr<QVector<ListStep>>>;
 
-// The model's thread only.
+// Repository thread only.
 class PackageListModelPrivate
 {
 public:

@@ -14,9 +14,9 @@ class PackageNode;
  * Says which packages a PackageListModel shows.
  *
  * Ownership: models and groups do not own their matchers.
- * Threads: the object lives on the thread of the user interface and is never used on another. What goes to a
- * worker is the function that matchFunction() returns.
+ * Threads: repository thread only. What goes to a worker is the function that matchFunction() returns.
  * Signals: updateRequested() whenever matchFunction() may return another function.
+ * Errors: none.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageMatcher : public QObject
 {

@@ -14,6 +14,7 @@ class PackageMatcherGroupPrivate;
  * restricting member restricts nothing. Groups nest, but not in a circle.
  *
  * Ownership: members are not owned.
+ * Threads: repository thread only.
  * Signals: any number of changes of membership in one pass of the event loop give one matchersChanged() and
  * one updateRequested(). updateRequested() of a member comes out as the group's own; that holds also for a
  * member that was taken out by clearing the list, but not for one that removeMatcher() took out.

@@ -7,6 +7,7 @@
 
 namespace ts::pm {
 
+// Repository thread only.
 class PackageMatcherGroupPrivate
 {
 public:

@@ -23,7 +23,7 @@ class PackageRepository;
  * so on. A package that is missing makes the repository ask its sources for news.
  *
  * Ownership: made by PackageRepository::packageReference() only, and a child of the repository.
- * Threads: the repository's thread.
+ * Threads: repository thread only.
  * Signals: on a swap statusChanged() (if it changed), typeChanged() (if it changed), updated(), in this
  * order. A package that appears for the first time, or goes, shows by statusChanged() alone.
  * Errors: show as status; what went wrong is in the log of the installer.

@@ -16,7 +16,7 @@ class PackageReferenceFieldPrivate;
  * document stands the text form of the link, see PackageReferenceType.
  *
  * Ownership: the parent's; references belong to their repository.
- * Threads: the repository's thread, which has to be that of the documents.
+ * Threads: repository thread only, which has to be that of the documents.
  * Errors: a link that leads nowhere, or to an object of another class, reads as a null PackageReference. What
  * is no link to a package converts to a null ts::data::LinkedDocument.
  */

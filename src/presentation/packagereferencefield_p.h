@@ -6,6 +6,7 @@ namespace ts::pm {
 
 class PackageReference;
 
+// Repository thread only.
 class PackageReferenceFieldPrivate
 {
 public:

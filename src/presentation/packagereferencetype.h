@@ -23,7 +23,7 @@ class PackageReference;
  * Latin-1, so packages with other characters in their ids cannot be linked to.
  *
  * Ownership: references belong to the repository and stay for as long as it does, whatever documents do.
- * Threads: the repository's thread.
+ * Threads: repository thread only.
  * Errors: none; what cannot be resolved is null.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageReferenceType

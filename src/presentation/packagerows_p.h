@@ -14,7 +14,7 @@ namespace ts::pm {
  * Keeps the free room where the last change took place, so that a row of changes in one direction, as a list
  * update makes them, moves each row at most once instead of all that follow for each change.
  *
- * Threads: the model's thread only.
+ * Threads: repository thread only.
  */
 class TAMSEL_TEST_EXPORT PackageRows
 {

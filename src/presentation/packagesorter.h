@@ -14,11 +14,11 @@ class PackageNode;
  * Says in which order a PackageListModel shows its packages.
  *
  * Ownership: models do not own their sorters.
- * Threads: the object lives on the thread of the user interface; the function that sortFunction() returns
- * goes to a worker.
+ * Threads: repository thread only. What goes to a worker is the function that sortFunction() returns.
  * Signals: updateRequested() for sorters of your own. Those of this library never emit it: a change of their
  * parameters shows with the model's next update from another cause. See PackageListModel on how to change the
  * order of a list that is shown.
+ * Errors: none.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageSorter : public QObject
 {

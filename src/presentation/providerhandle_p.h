@@ -14,7 +14,7 @@ namespace ts::pm {
 /**
  * The "packageProvider" of one object of the user interface, and the repository behind it.
  *
- * Threads: the repository's thread.
+ * Threads: repository thread only.
  */
 class ProviderHandle
 {

@@ -12,6 +12,8 @@ class SortByFieldPrivate;
 /**
  * Base of the sorters that order by one key of the manifest, ascending. Packages with equal values keep the
  * order of the index.
+ *
+ * Ownership, threads and signals: as PackageSorter.
  */
 class TAMSELPACKAGEMANAGER_EXPORT SortByField : public PackageSorter
 {

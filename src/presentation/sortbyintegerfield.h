@@ -4,7 +4,12 @@
 
 namespace ts::pm {
 
-/** Orders by a whole number; a missing value, and anything but a 32-bit whole number, counts as 0. */
+/**
+ * Orders by a whole number.
+ *
+ * Ownership, threads and signals: as PackageSorter.
+ * Errors: a missing value, and anything but a 32-bit whole number, counts as 0.
+ */
 class TAMSELPACKAGEMANAGER_EXPORT SortByIntegerField : public SortByField
 {
     Q_OBJECT

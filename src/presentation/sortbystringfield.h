@@ -6,7 +6,10 @@ namespace ts::pm {
 
 /**
  * Orders by a text of the translated manifest, by UTF-16 code units: capitals before small letters, not by
- * the rules of a locale. A missing value, and anything but a text, counts as empty and comes first.
+ * the rules of a locale.
+ *
+ * Ownership, threads and signals: as PackageSorter.
+ * Errors: a missing value, and anything but a text, counts as empty and comes first.
  */
 class TAMSELPACKAGEMANAGER_EXPORT SortByStringField : public SortByField
 {

@@ -7,6 +7,8 @@ namespace ts::pm {
 /**
  * A pointer to an object that somebody else owns. Reads as null once the object is gone, yet goes on to
  * differ from null when it is compared, so that assigning null then counts as a change.
+ *
+ * Threads: repository thread only.
  */
 template<typename Object>
 class Tracked

@@ -14,7 +14,8 @@ class PackageRepository;
  * Through this interface objects of the user interface find their repository: an application implements it in
  * the object that it assigns to "packageProvider" properties, and names it in Q_INTERFACES.
  *
- * Threads: the repository's thread.
+ * Ownership: not owned by the objects that it is assigned to.
+ * Threads: repository thread only.
  */
 class TAMSELPACKAGEMANAGER_EXPORT IPackageProvider
 {

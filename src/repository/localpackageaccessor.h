@@ -14,7 +14,12 @@ namespace ts::pm {
  * Reads the local directory format, see LocalPackageSource.
  *
  * initialize() lists the tree and reads all manifests; keyword and link files are read one by one when the
- * index build asks for them. No more than 1 MiB is read of any file.
+ * index build asks for them. No more is read than 1 MiB of any file, 1 GiB of all manifests together, and
+ * 100,000 directories that are no packages.
+ *
+ * Ownership and threads: as PackageAccessor.
+ * Errors: none; a directory or file that cannot be read is missing, a manifest that is no JSON object is
+ * empty.
  */
 class TAMSELPACKAGEMANAGER_EXPORT LocalPackageAccessor : public PackageAccessor
 {

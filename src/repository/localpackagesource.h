@@ -18,7 +18,8 @@ class LocalPackageSourcePrivate;
  * The tree is read anew for each index build. The source does not watch it: after a change, call
  * PackageRepository::scheduleUpdate(). Installed packages are links into the tree.
  *
- * Threads: repository thread only. Immutable after construction.
+ * Ownership: as PackageSource.
+ * Threads: repository thread only.
  * Errors: none; a directory or file that cannot be read is missing from the index.
  */
 class TAMSELPACKAGEMANAGER_EXPORT LocalPackageSource : public PackageSource

@@ -13,18 +13,18 @@ class InstallLocation;
 class PackageInstaller;
 
 /**
- * A read-only view of what one source holds at one moment. Each index takes one from each source and keeps it
- * for its own life.
+ * A read-only view of what one source holds at one moment.
  *
- * The build of an index calls, in this order: keywordLanguages(); then, on the worker thread that builds,
- * initialize() once, packageCount() with packageInfo() for each number, keywordCount() with keywordInfo()
- * for each number; and after all accessors have come that far, linkCount() with linkInfo() for each number.
+ * The build of an index calls, in this order: keywordLanguages() of all accessors; then of each initialize()
+ * once, packageCount() with packageInfo() for each number, keywordCount() with keywordInfo() for each number;
+ * and after all accessors have come that far, linkCount() with linkInfo() for each number.
  *
- * Threads: made on the repository's thread, used alone by the worker thread during the build. After that,
- * packageManifest(), packageFileUrl() and packageInstaller() come from any thread that holds the index, at
- * the same time, so an implementation keeps its data unchanged and takes no lock to read them. Destroyed on
- * the thread of the application object, whichever thread lets go of the index; never, if a worker does while
- * that object goes.
+ * Ownership: each index takes one from each source, and owns it for its own life.
+ * Threads: made on the repository thread; worker job only during the build; immutable, any thread, after
+ * that: packageManifest(), packageFileUrl() and packageInstaller() come from all threads that hold the index,
+ * at the same time, so an implementation keeps its data unchanged and takes no lock to read them. Destroyed
+ * on the thread of the application object, whichever thread lets go of the index; never, if a worker does
+ * while that object goes.
  * Errors: none. What cannot be read comes back as a record in its default state, an unreadable source has no
  * packages, keywords and links; a negative count is none. An accessor does not throw.
  */

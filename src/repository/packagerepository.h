@@ -20,8 +20,8 @@ class PackageSource;
  *
  * Ownership: sources are not owned; remove a source before destroying it. References handed out are children
  * of the repository and live as long as it does.
- * Threads: lives on one thread, normally that of the user interface. Only the build of an index runs on the
- * global thread pool.
+ * Threads: repository thread only, which is the one that made it, normally that of the user interface. Only
+ * the build of an index runs on the global thread pool.
  * Signals: packageIndexChanged() after each build that was not overtaken by a newer one. Translation packages
  * have been looked at by then. translationsChanged() after translations of the application have changed;
  * each PackageReference has emitted its own translationsChanged() before.

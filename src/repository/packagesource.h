@@ -14,7 +14,7 @@ class PackageSourcePrivate;
  * One place that packages come from. Derive from it to bring in packages of your own.
  *
  * Ownership: whoever creates a source destroys it, after taking it out of the repository.
- * Threads: lives on the repository's thread; all its operations are called there.
+ * Threads: repository thread only.
  * Errors: a source reports none; what it cannot read is missing from its accessor.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageSource : public QObject

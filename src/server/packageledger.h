@@ -61,10 +61,12 @@ struct LinkEntry
  * in docs/ledger-format.md.
  *
  * Fields are read directly. A ledger whose valid is false is of no use, and its tables hold nothing that may
- * be read. All views and pointers in the tables point into data, so no entry may outlive the ledger; it is
- * handed around in a QSharedPointer.
+ * be read.
  *
- * Threads: made on a worker thread; immutable from then on, any thread.
+ * Ownership: handed around in a QSharedPointer. All views and pointers in the tables point into data, so no
+ * entry may outlive the ledger.
+ * Threads: immutable, any thread, once made; to read and verify a document is work for a worker job. The
+ * directory of a saved ledger is process-wide, locked by file.
  * Errors: a document that breaks a rule, or that holds a single bad signature, makes an invalid ledger, with
  * the reason logged in "tamsel.packageserver.ledger".
  */

@@ -24,10 +24,11 @@ class PackageServerPrivate;
  * Ownership: the service belongs to the application and may go away at any time; a server without a service
  * keeps its packages and installs nothing more. One source for each service.
  * Threads: repository thread only, which has to be that of the service and the main thread of the
- * application. Destroying a server does not wait for requests and verifications under way. Signals:
- * updateRequired() when another ledger has become current, and after it pollFinished(). Errors: failed polls
- * are logged in "tamsel.packageserver", rejected ledgers in "tamsel.packageserver.ledger". A ledger may have
- * 256 MiB; a larger one is a failed poll. The log shows no more than the first 64 KiB of an error page.
+ * application. Destroying a server does not wait for requests and verifications under way.
+ * Signals: updateRequired() when another ledger has become current, and after it pollFinished().
+ * Errors: failed polls are logged in "tamsel.packageserver", rejected ledgers in
+ * "tamsel.packageserver.ledger". A ledger may have 256 MiB; a larger one is a failed poll. The log shows no
+ * more than the first 64 KiB of an error page.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageServer : public PackageSource
 {

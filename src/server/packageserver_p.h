@@ -45,7 +45,7 @@ public:
     bool polled = false; // whether the newest verification is that of a ledger from the server
 };
 
-/** Saves a ledger. Shares it, so that the server may go or take a newer one meanwhile. */
+/** Saves a ledger. Shares it, so that the server may go or take a newer one meanwhile. Worker job only. */
 class StorageRunnable : public QRunnable
 {
 public:

@@ -28,18 +28,18 @@ struct PackageEntry;
  * Stays with the ledger that was current when it was made. A file that the FileStore does not have gets a URL
  * at the FileProxyServer; what asks for that URL makes the file come from the server into the store.
  *
- * Threads: made and destroyed on the main thread, which is that of the proxy server. Records and manifests
- * may be read on any thread. packageFileUrl() may be called on any thread too; the first call for a file that
- * is not local asks the main thread: do not let that thread wait for the caller of this one. Errors: a
- * manifest that is no JSON is logged in "tamsel.packageserver.ledger" and empty. A link with an end outside
- * the ledger has an empty end, a type that does not exist is Invalid: the index drops such records. Requests
- * for files are answered with 502 without a service, with 404 for what the ledger does not have, with 500 for
- * a file that the store refuses, and otherwise with the code of the server.
+ * Ownership: as PackageAccessor; shares the ledger. The service is not owned and may go away at any time.
+ * Threads: as PackageAccessor; made and destroyed on the main thread, which is that of the proxy server. The
+ * first packageFileUrl() for a file that is not local asks the main thread: do not let that thread wait for
+ * the caller of this one.
+ * Errors: a manifest that is no JSON is logged in "tamsel.packageserver.ledger" and empty. A link with an end
+ * outside the ledger has an empty end, a type that does not exist is Invalid: the index drops such records.
+ * Requests for files are answered with 502 without a service, with 404 for what the ledger does not have,
+ * with 500 for a file that the store refuses, and otherwise with the code of the server.
  */
 class TAMSELPACKAGEMANAGER_EXPORT PackageServerAccessor : public PackageAccessor, public IFileProxy
 {
 public:
-    /** \a service is not owned and may go away at any time. */
     PackageServerAccessor(ts::account::Service *service, const QSharedPointer<PackageLedger> &ledger);
     ~PackageServerAccessor() override;
 

@@ -14,7 +14,7 @@ namespace ts::pm {
 /**
  * Installs a package of a package server, whose files come by their SHA-224 digests.
  *
- * Threads and ownership: as DownloadInstaller. The service is not owned.
+ * Ownership and threads: as DownloadInstaller. The service is not owned.
  * Errors: code 1, "No service for package file download", without a service, in which case nothing is
  * installed; codes 2, 3 and 4 as told in DownloadInstaller.
  */

@@ -26,7 +26,7 @@ class FileStore;
  * for those that the store lacks, at the end start(). All downloads run at once, each into memory; how many
  * transfers run together is up to the access manager. A body that is not the file is let go of as it ends.
  *
- * Threads and ownership: as PackageInstaller; the commits, with their hashing and writing, run on the thread
+ * Ownership and threads: as PackageInstaller; the commits, with their hashing and writing, run on the thread
  * of the installer.
  * Errors, with codes that count from the first one on: "Download of %1 failed with code %2, error %3" for
  * everything but a good 200, "Commit of file %1 (%2) failed (code %3)" with the result of

@@ -21,6 +21,7 @@ class FileProxyWriter;
  *
  * Ownership: a child of the server. Owns the socket. Either may be destroyed while fileRequested() is
  * emitted.
+ * Threads: the thread of the server.
  */
 class TAMSEL_TEST_EXPORT FileProxyConnection : public QObject
 {

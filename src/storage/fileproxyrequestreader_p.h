@@ -18,6 +18,8 @@ namespace ts::pm {
  *
  * Headers are kept and not interpreted, from one request of a connection to the next. Of the names that a
  * client makes up only the first maxHeaders are kept.
+ *
+ * Threads: the thread of the server.
  */
 class TAMSEL_TEST_EXPORT FileProxyRequestReader
 {

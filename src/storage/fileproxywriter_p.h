@@ -18,6 +18,8 @@ namespace ts::pm {
  * the rest follows from the event loop as the client reads. Of a file no more than one chunk is in memory at
  * any time. All of the connection's output goes through here, in order, past the buffer of the socket.
  *
+ * Ownership: a child of its connection. The socket is not owned.
+ * Threads: the thread of the server.
  * Errors: a client that has gone, one that reads nothing while answers pile up, and a file that gets shorter
  * on the way end in an aborted socket.
  */

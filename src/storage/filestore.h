@@ -25,8 +25,9 @@ class FileStoreTarget;
  *
  * Ownership: shared, see defaultStore().
  * Threads: isValidId(), pathForId() and contains() on any thread; everything else on the thread that
- * downloads. Errors: an invalid id gives an empty path, false or null, without a message. A data location in
- * which the store cannot make its directories ends the process.
+ * downloads.
+ * Errors: an invalid id gives an empty path, false or null, without a message. A data location in which the
+ * store cannot make its directories ends the process.
  */
 class TAMSELPACKAGEMANAGER_EXPORT FileStore : public QObject
 {

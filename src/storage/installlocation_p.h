@@ -9,7 +9,7 @@ namespace ts::pm {
  * The directory of an install location, kept open while many files are installed: none of them costs the
  * system a walk down the whole path. What becomes of a file is what InstallLocation::installFile() tells.
  *
- * Threads: one at a time.
+ * Threads: worker job only.
  */
 class TAMSEL_TEST_EXPORT InstallDirectory
 {

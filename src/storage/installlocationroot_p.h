@@ -13,8 +13,11 @@ namespace ts::pm {
 /**
  * A locked directory of its own below "packages/install" of the data location.
  *
- * The lock is held from construction to destruction; the directory outlives the object. A directory that
- * cannot be made or locked is logged, and used all the same.
+ * The lock is held from construction to destruction; the directory outlives the object.
+ *
+ * Threads: immutable, any thread. The directory is process-wide, locked by file.
+ * Errors: a directory that cannot be made or locked is logged in "tamsel.package.install", and used all the
+ * same.
  */
 class InstallLocationRoot
 {

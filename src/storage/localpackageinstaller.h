@@ -13,7 +13,7 @@ namespace ts::pm {
  * "manifest.json", which the index holds already, and from hidden files; sub-directories are not followed.
  * Installed files are links wherever links can be made, so they follow later changes of the package's files.
  *
- * Threads and ownership: as PackageInstaller.
+ * Ownership and threads: as PackageInstaller.
  * Errors: code 1, "Failed to install file %1", for each file that could not be installed.
  */
 class TAMSELPACKAGEMANAGER_EXPORT LocalPackageInstaller : public PackageInstaller

@@ -29,10 +29,10 @@ class PackageInstallerPrivate;
  * The job that brings one package into an InstallLocation, together with the jobs of all packages that it
  * requires.
  *
- * A job starts in its constructor and cannot be cancelled; deleting it drops its result. Installers of
- * required packages are QObject children of the installer that needs them; whoever asked for the root of the
- * tree owns the tree.
+ * A job starts in its constructor and cannot be cancelled; deleting it drops its result.
  *
+ * Ownership: installers of required packages are QObject children of the installer that needs them; whoever
+ * asked for the root of the tree owns the tree.
  * Threads: lives on the thread that made it. Workers run on the global thread pool and touch only copies.
  * Signals: statusChanged() comes when the folded status has changed, from the leaves of the tree towards its
  * root. A job that ends in its constructor emits before anybody can listen, so read status() once as well.
