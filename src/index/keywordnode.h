@@ -32,7 +32,10 @@ public:
     /** The text to show: the first string, of a noun its singular, or its plural if it has no singular. */
     virtual QStringRef displayString() const = 0;
 
-    /** The text to sort by: the first German string, whatever the active language; empty if there is none. */
+    /**
+     * The text to sort by, whatever the active language: the first German string that is not empty, of a noun
+     * its singular before its plural, of a literal its one string. Empty if there is none.
+     */
     virtual QStringRef sortString() const = 0;
 
     /** The strings that contain \a search, without regard to case. Of a noun one form of each pair. */
