@@ -32,7 +32,7 @@ class TAMSELPACKAGEMANAGER_EXPORT PackageData : public QObject, public QQmlParse
     /** The package to read. Null at first. */
     Q_PROPERTY(ts::pm::PackageReference *packageReference READ packageReference WRITE setPackageReference
                    NOTIFY packageReferenceChanged)
-    /** What to read. */
+    /** What to read. None at first. */
     Q_PROPERTY(QQmlListProperty<ts::pm::ManifestField> manifestFields READ manifestFields NOTIFY
                    manifestFieldsChanged)
     /** The values, for reading: one that QML writes goes, and comes back with the next update. */

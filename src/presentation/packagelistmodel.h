@@ -56,7 +56,7 @@ class TAMSELPACKAGEMANAGER_EXPORT PackageListModel : public QAbstractListModel, 
     Q_PROPERTY(ts::pm::PackageMatcher *matcher READ matcher WRITE setMatcher NOTIFY matcherChanged)
     /** Null, as at first, leaves the order of the index. */
     Q_PROPERTY(ts::pm::PackageSorter *sorter READ sorter WRITE setSorter NOTIFY sorterChanged)
-    /** Number of rows, as of the last countChanged(). */
+    /** Number of rows. Bindings show what it was at the last countChanged(). */
     Q_PROPERTY(int count READ count NOTIFY countChanged)
 
 public:
