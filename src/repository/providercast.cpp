@@ -7,12 +7,10 @@ namespace ts::pm {
 
 IPackageProvider *packageProviderCast(QObject *object)
 {
-    if (!object)
-        return nullptr;
-    void *provider = object->qt_metacast("tamsel.IPackageProvider/1.0");
-    if (!provider)
+    auto *provider = qobject_cast<IPackageProvider *>(object);
+    if (object && !provider)
         qCCritical(lcPm) << "Object" << object << "does not implement the IPackageProvider interface";
-    return static_cast<IPackageProvider *>(provider);
+    return provider;
 }
 
 } // namespace ts::pm
