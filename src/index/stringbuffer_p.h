@@ -1,7 +1,5 @@
 #pragma once
 
-#include "testexport_p.h"
-
 #include <QHash>
 #include <QScopedPointer>
 #include <QString>
@@ -17,7 +15,7 @@ namespace ts::pm {
  *
  * Threads: worker job only until it is closed, then immutable, any thread.
  */
-class TAMSEL_TEST_EXPORT StringBuffer
+class StringBuffer
 {
 public:
     StringBuffer();

@@ -59,11 +59,6 @@ void Ranges::sanitize()
     }
 }
 
-void Ranges::clear()
-{
-    runs.clear();
-}
-
 PackageListDiff::PackageListDiff(PackageListModelPrivate *model, const PackageList &shown,
                                  const PackageList &selected)
     : model(model)

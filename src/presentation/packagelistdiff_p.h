@@ -2,7 +2,6 @@
 
 #include "index/packagelist.h"
 #include "presentation/liststeps_p.h"
-#include "testexport_p.h"
 
 #include <QPair>
 #include <QVector>
@@ -13,7 +12,7 @@
 namespace ts::pm {
 
 /** Runs of adjacent row numbers, in the order in which they were added. Worker job only. */
-class TAMSEL_TEST_EXPORT Ranges
+class Ranges
 {
 public:
     /** Adds a row; one next to the row added before makes its run longer, in whichever direction. */
@@ -21,9 +20,6 @@ public:
 
     /** Makes every run read from its lower to its higher row. */
     void sanitize();
-
-    /** Forgets all runs, and keeps the room for them. */
-    void clear();
 
     const QVector<QPair<int, int>> &pairs() const { return runs; }
 
@@ -42,7 +38,7 @@ using Superseded = std::shared_ptr<std::atomic<bool>>;
  *
  * Threads: worker job only; holds copies of all it needs.
  */
-class TAMSEL_TEST_EXPORT PackageListDiff
+class PackageListDiff
 {
 public:
     PackageListDiff(PackageListModelPrivate *model, const PackageList &shown, const PackageList &selected);

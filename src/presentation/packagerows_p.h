@@ -1,7 +1,6 @@
 #pragma once
 
 #include "index/packagelist.h"
-#include "testexport_p.h"
 
 #include <QSharedPointer>
 #include <QVector>
@@ -16,7 +15,7 @@ namespace ts::pm {
  *
  * Threads: repository thread only.
  */
-class TAMSEL_TEST_EXPORT PackageRows
+class PackageRows
 {
 public:
     /** The index that the rows were reset to, held so that they stay valid; null if there was none. */
@@ -48,7 +47,7 @@ public:
 
 private:
     void moveGap(int row);
-    void growGap(int size);
+    void growGap(int needed);
 
     QSharedPointer<PackageIndex> sharedIndex;
     QSharedPointer<PackageIndex> indexOfLateRows; // of blocks that were inserted without an index
