@@ -22,7 +22,7 @@ class TAMSELPACKAGEMANAGER_EXPORT KeywordNode : public PackageIndexNode
 public:
     /** The node for \a info, of a class that fits its type; null if the type is invalid. Owned by the caller.
      */
-    static KeywordNode *create(const KeywordInfo &info, PackageIndex *index);
+    [[nodiscard]] static KeywordNode *create(const KeywordInfo &info, PackageIndex *index);
 
     ~KeywordNode() override;
 

@@ -43,7 +43,7 @@ public:
     void insert(PackageIndexNode *const *nodes, int count);
 
     /** Empties the table and returns the nodes, for the caller to delete. */
-    QVector<PackageIndexNode *> take();
+    [[nodiscard]] QVector<PackageIndexNode *> take();
 
     /** The nodes; the place of each is its number. */
     const QVector<PackageIndexNode *> &nodes() const { return created; }

@@ -78,7 +78,7 @@ public:
      * several paths or a cycle, is walked into from its first job only.
      * Returns the root of the tree of jobs, owned by the caller; never null.
      */
-    PackageInstaller *install(const InstallLocation &location) const;
+    [[nodiscard]] PackageInstaller *install(const InstallLocation &location) const;
 
 private:
     friend class PackageIndexBuilder;

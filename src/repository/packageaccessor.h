@@ -49,7 +49,8 @@ public:
      * A new job that brings the package into \a location, which is already the package's own place. The job
      * starts in its constructor; the caller owns it, and may keep it when the accessor is gone. Never null.
      */
-    virtual PackageInstaller *packageInstaller(int index, const InstallLocation &location) const = 0;
+    [[nodiscard]] virtual PackageInstaller *packageInstaller(int index,
+                                                             const InstallLocation &location) const = 0;
 
     virtual int keywordCount() const = 0;
     virtual KeywordInfo keywordInfo(int index) const = 0;

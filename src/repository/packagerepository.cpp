@@ -121,7 +121,7 @@ QSharedPointer<PackageIndex> PackageRepository::packageIndex() const
 
 void PackageRepository::persistSources()
 {
-    d->persistAll();
+    Q_UNUSED(d->persistAll()) // the repository is not used any more
 }
 
 void PackageRepository::scheduleUpdate()

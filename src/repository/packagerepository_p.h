@@ -18,8 +18,8 @@ public:
     PackageRepositoryPrivate(PackageRepository *q, PackageRepository::SourcePersistencePolicy policy);
 
     void retire();
-    bool forEachSource(const std::function<void(PackageSource *)> &call);
-    bool persistAll();
+    [[nodiscard]] bool forEachSource(const std::function<void(PackageSource *)> &call);
+    [[nodiscard]] bool persistAll();
     void trackTranslation(const QString &id);
     void loadTranslation(PackageReference *reference);
     void notifyPendingTranslations();

@@ -31,7 +31,7 @@ public:
      * A new accessor on what the source knows now; the caller owns it. Called once for each index build. Has
      * to be quick: slow work belongs in PackageAccessor::initialize(). Null counts as one that holds nothing.
      */
-    virtual PackageAccessor *getAccessor() const = 0;
+    [[nodiscard]] virtual PackageAccessor *getAccessor() const = 0;
 
     /** Saves what the source holds, so that the next start can begin from it. Does nothing by default. */
     virtual void persist();
