@@ -110,9 +110,6 @@ PackageReference::PackageReference(const QString &id, PackageRepository *reposit
     : QObject(repository)
     , d(new PackageReferencePrivate(this, id))
 {
-    init();
-    connect(repository, &PackageRepository::packageIndexChanged, this, &PackageReference::update,
-            Qt::DirectConnection);
 }
 
 PackageReference::~PackageReference() = default;
@@ -168,6 +165,16 @@ QJsonValue PackageReference::manifestField(const QString &field) const
 QUrl PackageReference::fileUrl(const QString &fileName) const
 {
     return d->currentState.node ? d->currentState.node->getFileUrl(fileName) : QUrl();
+}
+
+// Not part of the constructor: a source that is asked for news may destroy the repository, and with it this.
+void PackageReference::follow()
+{
+    const auto listen = [this] {
+        connect(d->repository(), &PackageRepository::packageIndexChanged, this, &PackageReference::update,
+                Qt::DirectConnection);
+    };
+    inTurn(this, &PackageReference::init, listen);
 }
 
 void PackageReference::init()

@@ -92,6 +92,7 @@ private:
     friend class PackageReferencePrivate;
     friend class PackageRepository;
     PackageReference(const QString &id, PackageRepository *repository);
+    void follow();
 
     QScopedPointer<PackageReferencePrivate> d;
 };

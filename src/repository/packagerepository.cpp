@@ -10,7 +10,6 @@
 #include <QPointer>
 
 #include <algorithm>
-#include <memory>
 
 namespace ts::pm {
 
@@ -172,11 +171,16 @@ PackageReference *PackageRepository::packageReference(const QString &id)
         return nullptr;
     if (PackageReference *known = d->references.value(id))
         return known;
-    auto reference = std::unique_ptr<PackageReference>(new PackageReference(id, this));
+    const QPointer<PackageReference> reference(new PackageReference(id, this));
+    reference->follow();
+    if (!reference)
+        return nullptr;
     // What it has called meanwhile, a source or an installer, may have asked for the same package.
     QPointer<PackageReference> &known = d->references[id];
-    if (!known)
-        known = reference.release();
+    if (known)
+        delete reference;
+    else
+        known = reference;
     return known;
 }
 

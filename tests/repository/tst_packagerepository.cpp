@@ -317,7 +317,7 @@ private Q_SLOTS:
             {&PackageRepository::update, 2},
             {&PackageRepository::scheduleSourceUpdate, 1},
             {refer, 1}};
-        for (int i = 0; i < 7; ++i) {
+        for (int i = 0; i < 8; ++i) {
             auto repository = std::make_unique<PackageRepository>(PackageRepository::PersistOnRequest);
             auto second = std::make_unique<BusySource>(1);
             BusySource first(0);
