@@ -70,7 +70,7 @@ bool LocalPackageAccessor::loadManifest(const QString &path, const QString &id, 
     const int position = manifestData.size();
     const int length = int(qMin<qint64>(file.size(), qMin(largestFile, largestManifestData - position)));
     manifestData.append(length, '\0');
-    file.read(manifestData.data() + position, length);
+    file.read(manifestData.data() + position, length); // what does not come stays 0, which is no JSON
     packages.append({id, type, position, length});
     return true;
 }
