@@ -1,7 +1,6 @@
 #pragma once
 
 #include "storage/downloadinstaller.h"
-#include "testexport_p.h"
 
 class QJsonObject;
 class QNetworkAccessManager;
@@ -19,7 +18,7 @@ namespace ts::pm {
  * thread.
  * Errors: as DownloadInstaller, from code 1 on.
  */
-class TAMSEL_TEST_EXPORT CouchDBPackageInstaller : public DownloadInstaller
+class CouchDBPackageInstaller : public DownloadInstaller
 {
     Q_OBJECT
 

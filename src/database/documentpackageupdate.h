@@ -1,7 +1,5 @@
 #pragma once
 
-#include "testexport_p.h"
-
 #include <TamselUtil/WorkingDir>
 
 #include <QObject>
@@ -29,7 +27,7 @@ class DocumentPackageSource;
  * Signals: finished() comes exactly once, from the event loop; hash, file and error hold from then on.
  * Errors: error() and errorString(); nothing is logged or retried.
  */
-class TAMSEL_TEST_EXPORT DocumentPackageUpdate : public QObject
+class DocumentPackageUpdate : public QObject
 {
     Q_OBJECT
 

@@ -24,7 +24,7 @@ constexpr qint64 largestRows = 4 * largestViewResponse;
 QJsonDocument readDataFile(LogCategory category, const QString &path);
 
 /** The rows of a data file of documents: the array that it is, or the member "rows" of its object. */
-TAMSEL_TEST_EXPORT QJsonArray readRowData(const QString &path);
+QJsonArray readRowData(const QString &path);
 
 /**
  * The rows of an answer of a view as they are kept and hashed: the array alone, written anew, since counts

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "testexport_p.h"
-
 #include <QString>
 #include <QStringList>
 #include <QUrl>
@@ -16,7 +14,7 @@ namespace ts::pm {
  * else ("?", "#", "..", "http:"), comes in an escaped form instead, "=ID/=NAME", in which all but letters,
  * digits and "-._~" is written as "=" and two hexadecimal digits.
  */
-TAMSEL_TEST_EXPORT QUrl proxyPath(const QString &packageId, const QString &fileName);
+QUrl proxyPath(const QString &packageId, const QString &fileName);
 
 /** What the parts of a path in the escaped form stand for; empty if they are none. */
 QStringList unescapedProxyPath(const QStringList &parts);

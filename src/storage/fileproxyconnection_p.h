@@ -1,7 +1,6 @@
 #pragma once
 
 #include "storage/fileproxyrequestreader_p.h"
-#include "testexport_p.h"
 
 #include <QObject>
 #include <QUrl>
@@ -23,7 +22,7 @@ class FileProxyWriter;
  * emitted.
  * Threads: the thread of the server.
  */
-class TAMSEL_TEST_EXPORT FileProxyConnection : public QObject
+class FileProxyConnection : public QObject
 {
     Q_OBJECT
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "testexport_p.h"
-
 class QSaveFile;
 class QString;
 
@@ -15,7 +13,7 @@ namespace ts::pm {
  * Returns false if the file at the target path is not the one that was written; error() and errorString() of
  * \a file say why, unless it was the storage, and its temporary file goes with it.
  */
-[[nodiscard]] TAMSEL_TEST_EXPORT bool commitFlushed(QSaveFile &file);
+[[nodiscard]] bool commitFlushed(QSaveFile &file);
 
 /**
  * Removes what processes that were killed have left of a QSaveFile for \a path: files "NAME.XXXXXX" beside it
