@@ -14,7 +14,7 @@ namespace ts::pm {
  * shares.
  *
  * Ownership: as PackageSourceElement.
- * Threads: the repository's thread.
+ * Threads: repository thread only.
  * Errors: a database that is away contributes the packages that were there when it was last saved.
  */
 class CouchDBSource : public PackageSourceElement

@@ -17,7 +17,7 @@ namespace ts::pm {
  * one replaces it.
  *
  * Ownership: as PackageSourceElement. Owns the context.
- * Threads: the repository's thread.
+ * Threads: repository thread only.
  * Errors: a database that is away contributes the documents that were there when they were last saved.
  */
 class DocumentSource : public PackageSourceElement

@@ -10,7 +10,7 @@ namespace ts::pm {
  * A directory of packages as a source: declares a LocalPackageSource.
  *
  * Ownership: as PackageSourceElement.
- * Threads: the repository's thread.
+ * Threads: repository thread only.
  * Signals: pathChanged() before existsChanged().
  * Errors: a directory that is not there contributes no packages, and shows as exists being false.
  */

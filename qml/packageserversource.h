@@ -15,7 +15,7 @@ namespace ts::pm {
  * A package server as a source: declares a PackageServer, with a service of its own.
  *
  * Ownership: as PackageSourceElement. Owns the service.
- * Threads: the repository's thread.
+ * Threads: repository thread only.
  * Signals: statusChanged() on every change of status, after the signal of the property that caused it.
  * Errors: told by status. Whatever it is, the packages of the last ledger that was saved are there.
  */

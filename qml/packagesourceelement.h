@@ -15,7 +15,7 @@ namespace ts::pm {
  * known to the repository exactly while both exist.
  *
  * Ownership: owns its source. Owns neither the repository nor the PackageProvider whose "sources" it is in.
- * Threads: the repository's thread.
+ * Threads: repository thread only.
  * Errors: an element that lacks what its source needs has no source, and contributes no packages.
  */
 class PackageSourceElement : public QObject
