@@ -48,6 +48,19 @@ ReferenceState PackageReferencePrivate::createState() const
     return {index, node, std::unique_ptr<PackageInstaller>(node->install(InstallLocation()))};
 }
 
+// Who makes an installer may destroy the repository, and this with it, or run an event loop in which a newer
+// index comes: false in these cases, with the states left to whoever came last.
+bool PackageReferencePrivate::renew(ReferenceState &state)
+{
+    const QPointer<PackageReference> alive(q);
+    const quint32 number = ++renewals;
+    ReferenceState fresh = createState();
+    if (!alive || number != renewals)
+        return false;
+    state = std::move(fresh);
+    return true;
+}
+
 void PackageReferencePrivate::setStatus(PackageReference::Status newStatus)
 {
     if (status == newStatus)
@@ -167,19 +180,19 @@ QUrl PackageReference::fileUrl(const QString &fileName) const
     return d->currentState.node ? d->currentState.node->getFileUrl(fileName) : QUrl();
 }
 
-// Not part of the constructor: a source that is asked for news may destroy the repository, and with it this.
+// Not part of the constructor: a source that is asked for news, or an accessor for an installer, may destroy
+// the repository, and with it this. A newer index may come while it is asked.
 void PackageReference::follow()
 {
-    const auto listen = [this] {
-        connect(d->repository(), &PackageRepository::packageIndexChanged, this, &PackageReference::update,
-                Qt::DirectConnection);
-    };
-    inTurn(this, &PackageReference::init, listen);
+    connect(d->repository(), &PackageRepository::packageIndexChanged, this, &PackageReference::update,
+            Qt::DirectConnection);
+    init();
 }
 
 void PackageReference::init()
 {
-    d->currentState = d->createState();
+    if (!d->renew(d->currentState))
+        return;
     if (d->currentState.installer) {
         connect(d->currentState.installer.get(), &PackageInstaller::statusChanged, this,
                 &PackageReference::computeStatus);
@@ -217,7 +230,8 @@ void PackageReference::update()
         init();
         return;
     }
-    d->pendingState = d->createState();
+    if (!d->renew(d->pendingState))
+        return;
     if (d->pendingState.node) {
         d->watchPending(d->pendingState.installer.get());
     } else {

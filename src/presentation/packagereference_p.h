@@ -29,6 +29,7 @@ public:
 
     PackageRepository *repository() const;
     ReferenceState createState() const;
+    bool renew(ReferenceState &state);
     void setStatus(PackageReference::Status newStatus);
     void watchPending(PackageInstaller *installer);
     void checkPending(PackageInstaller *installer);
@@ -39,6 +40,7 @@ public:
     const QString id;
     bool retryPending = false;
     qint32 retryCount = 0; // exponent of the next delay
+    quint32 renewals = 0;  // of either state, so far
     ReferenceState currentState;
     ReferenceState pendingState; // of a newer index, waits for its installer
     PackageReference::Status status = PackageReference::Unknown;

@@ -26,10 +26,12 @@ public:
     QVariant convert(const QJsonValue &value, const PackageNode *node) const override
     {
         ++reads;
+        onRead();
         return ManifestStringField::convert(value, node);
     }
 
     mutable int reads = 0;
+    std::function<void()> onRead = [] {};
 };
 
 // What p shows has to fit its status and type.
@@ -121,6 +123,10 @@ void tst_Packages::references()
     auto plays = rows(R"(
 asks for news on every pass | follow[news] publish wait:121 publish[news] publish
 goes when it asks for news | follow[news] goForNews wait:121 update[news]
+goes when it is installed at first | version:a publish goToInstall follow[+1; -1]
+goes when it is installed anew | install[+1; statusChanged Installed a] goToInstall update[+1; -2]
+a newer index overtakes an installer in the making | install[+1; statusChanged Installed a]
+    loseToInstall update[+1; -2; news; statusChanged Unavailable] publish
 appears by its status alone |
     version:a follow[news] publish[+1; statusChanged Installing a] succeed[statusChanged Installed a]
 knows its status from the start | instantly version:a publish follow[+1]
@@ -175,8 +181,16 @@ a required package fails after the swap | install[+1; statusChanged Installed a]
             stage.catalogue.addPackage(other);
             stage.catalogue.addLink("p"_s, Requires, other);
         };
+        std::function<void()> onInstall = [] {};
+        stage.source.installers = [&, install = stage.source.installers](const QString &id,
+                                                                         const auto &location) {
+            std::exchange(onInstall, [] {})();
+            return install(id, location);
+        };
         const auto follow = [&] {
             p = stage.repository()->packageReference("p"_s);
+            if (!p)
+                return;
             log = std::make_unique<SignalLog>(p);
             log->detail = [p] {
                 return "%1 %2"_s.arg(QVariant::fromValue(p->status()).toString(), p->type()).trimmed();
@@ -197,6 +211,9 @@ a required package fails after the swap | install[+1; statusChanged Installed a]
             {"never"_s, [&](auto) { stage.failAtOnce.insert("p"_s); }},
             {"goAt"_s, [&](auto signal) { log->deeds[signal] = [&] { delete stage.repository(); }; }},
             {"goForNews"_s, [&](auto) { stage.source.onUpdate = [&] { delete stage.repository(); }; }},
+            {"goToInstall"_s, [&](auto) { onInstall = [&] { delete stage.repository(); }; }},
+            {"loseToInstall"_s,
+             [&](auto) { onInstall = [&] { stage.catalogue.packages.clear(), stage.publish(); }; }},
             {"update"_s, [&](auto) { QMetaObject::invokeMethod(p, "update"); }},
             {"wait"_s, [](auto time) { FakeClock::advance(std::chrono::seconds(time.toInt())); }},
         };
@@ -242,7 +259,9 @@ written values go until the next update |
 a listener takes fields and reference away | start[1; picture= title=Oak]
     succeed[1; picture=memory:/p/oak.png title=Oak] write[picture=memory:/p/oak.png title=-] takeaway
     default:x[packageReferenceChanged picture=memory:/p/oak.png title=Oak; 1; picture=- title=-]
-survives its reference and its fields | start[1; picture= title=Oak] destroy default:x[1; picture=- title=x])")) {
+survives its reference and its fields | start[1; picture= title=Oak] destroy default:x[1; picture=- title=x]
+a field that is read takes the package away | start[1; picture= title=Oak] succeed[1; picture=memory:/p/oak.png
+    title=Oak] destroyAtRead default:x[1])")) {
         auto stage = std::make_unique<Stage>();
         stage->catalogue.addPackage("p"_s, {},
                                     R"({"title": "Oak", "name": "Quercus", "picture": "oak.png"})"_json);
@@ -291,6 +310,7 @@ survives its reference and its fields | start[1; picture= title=Oak] destroy def
             {"refer"_s, [&](auto) { data.setPackageReference(p); }},
             {"unrefer"_s, [&](auto) { data.setPackageReference(nullptr); }},
             {"destroy"_s, [&](auto) { stage.reset(), picture.reset(); }},
+            {"destroyAtRead"_s, [&](auto) { title.onRead = [&] { stage.reset(); }; }},
             {"tell"_s, [&](auto signal) { QMetaObject::invokeMethod(p, qPrintable(signal)); }},
             {"default"_s, [&](auto value) { title.setDefaultValue(value); }},
             {"rename"_s, [&](auto name) { title.setName(name); }},
