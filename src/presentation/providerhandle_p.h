@@ -28,7 +28,7 @@ public:
     /**
      * Replaces the provider: disconnects \a user from the old repository and connects its \a slot to changes
      * of the index of the new one. False if the provider, when it was asked, has destroyed \a user and with
-     * it this handle.
+     * it this handle, or has had another one assigned.
      */
     template<typename User, typename Slot>
     [[nodiscard]] bool assign(QObject *object, User *user, Slot slot, UnusableObject unusable)
@@ -38,8 +38,9 @@ public:
         const IPackageProvider *usable = packageProviderCast(object);
         provider.set(usable || unusable == KeepUnusable ? object : nullptr);
         const QPointer<User> alive(user);
+        const quint32 number = ++assignments;
         PackageRepository *replacement = usable ? usable->packageRepository() : nullptr;
-        if (!alive)
+        if (!alive || number != assignments)
             return false;
         repository = replacement;
         if (repository)
@@ -56,6 +57,7 @@ public:
 private:
     Tracked<QObject> provider;
     QPointer<PackageRepository> repository;
+    quint32 assignments = 0; // so far
 };
 
 } // namespace ts::pm

@@ -69,6 +69,15 @@ struct ModelStage : Stage
     ModelLog log{&model};
 };
 
+struct HesitantProvider : TestProvider
+{
+    PackageRepository *packageRepository() const override
+    {
+        return onAsked(), TestProvider::packageRepository();
+    }
+    std::function<void()> onAsked;
+};
+
 QPointer<QObject> victim; // of the parts of an application that destroy whoever asks them
 
 struct FatalProvider : TestProvider
@@ -182,6 +191,20 @@ private Q_SLOTS:
         const LogCapture criticals("tamsel.packages"_s);
         QCOMPARE(perform(play, verbs, [&] { return log.take(); }), play);
         QVERIFY(!keyword.packageProvider() && criticals.lines().size() == 1);
+    }
+
+    // A provider that is asked for its repository has another one take its place.
+    void lastProviderCounts()
+    {
+        ModelStage<CategoryListModel> stage;
+        Keyword keyword;
+        keyword.setKeywordId("w"_s);
+        HesitantProvider hesitant;
+        hesitant.onAsked = [&] { keyword.setPackageProvider(&stage.provider); };
+        keyword.setPackageProvider(&hesitant);
+        stage.publish();
+        QCOMPARE(keyword.packageProvider(), &stage.provider);
+        QCOMPARE(keyword.displayString(), "water"_s);
     }
 
     // Of each kind one object goes at each signal that it has.
