@@ -26,12 +26,16 @@ public:
     QHash<QString, Loader *> undelivered;       // who takes care of a document without data; null if nobody
 };
 
-// A loader may deliver, and make or delete loaders, while it is asked.
+// A loader may deliver, make or delete loaders, and delete the context, while it is asked.
 void ContextPrivate::findLoader(const QString &id)
 {
+    const QPointer<Context> alive = q;
     const QVector<Loader *> asked = loaders;
     for (Loader *loader : asked) {
-        if (!loaders.contains(loader) || !loader->tryLoad(id))
+        const bool isTaken = loaders.contains(loader) && loader->tryLoad(id);
+        if (!alive)
+            return;
+        if (!isTaken)
             continue;
         if (undelivered.contains(id) && loaders.contains(loader))
             undelivered.insert(id, loader);
@@ -41,9 +45,12 @@ void ContextPrivate::findLoader(const QString &id)
 
 void ContextPrivate::findLoaders()
 {
+    const QPointer<Context> alive = q;
     const QStringList ids = undelivered.keys(nullptr);
-    for (const QString &id : ids)
-        findLoader(id);
+    for (const QString &id : ids) {
+        if (alive)
+            findLoader(id);
+    }
 }
 
 // Not at once: a loader cannot be asked from the constructor of its base class.

@@ -36,7 +36,8 @@ ParsedLink parseLink(const QString &text)
     return type && !id.isEmpty() ? ParsedLink{type, id} : ParsedLink{};
 }
 
-void attachLinks(LinkedDocument *document, const QJsonValue &value)
+// To attach or get an object may run other people's code, which may delete the document.
+void attachLinks(const QPointer<LinkedDocument> &document, const QJsonValue &value)
 {
     if (value.isObject()) {
         const QJsonObject object = value.toObject();
@@ -48,9 +49,18 @@ void attachLinks(LinkedDocument *document, const QJsonValue &value)
             attachLinks(document, element);
     } else if (value.isString()) {
         const ParsedLink link = parseLink(value.toString());
-        if (link.type && link.type->canReference(document, link.id))
+        if (document && link.type && link.type->canReference(document, link.id))
             link.type->attachReference(document, link.id);
     }
+}
+
+void tellType(const QPointer<LinkedDocument> &document, const QString &text,
+              decltype(ReferenceType::createReference) ReferenceType::*tell)
+{
+    const ParsedLink link = parseLink(text);
+    QObject *object = document && link.type ? link.type->getReference(document, link.id) : nullptr;
+    if (document && object)
+        (link.type->*tell)(document, object);
 }
 
 QStringList pathKeys(const QString &path)
@@ -77,27 +87,14 @@ QJsonObject withValue(QJsonObject object, const QStringList &keys, int first, co
 class LinkedDocumentPrivate
 {
 public:
-    void tellTypes(const QString &oldText, const QString &newText);
-
-    LinkedDocument *const q;
     const QString id;
     bool isLoaded;
     QJsonObject data;
 };
 
-void LinkedDocumentPrivate::tellTypes(const QString &oldText, const QString &newText)
-{
-    const ParsedLink newLink = parseLink(newText);
-    if (QObject *object = newLink.type ? newLink.type->getReference(q, newLink.id) : nullptr)
-        newLink.type->createReference(q, object);
-    const ParsedLink oldLink = parseLink(oldText);
-    if (QObject *object = oldLink.type ? oldLink.type->getReference(q, oldLink.id) : nullptr)
-        oldLink.type->deleteReference(q, object);
-}
-
 LinkedDocument::LinkedDocument(const QString &id, QObject *parent)
     : QObject(parent)
-    , d(new LinkedDocumentPrivate{this, id, false, {}})
+    , d(new LinkedDocumentPrivate{id, false, {}})
 {
 }
 
@@ -123,10 +120,12 @@ void LinkedDocument::setData(const QJsonObject &data)
     const bool isFirst = !d->isLoaded;
     if (!isFirst && d->data == data)
         return;
-    attachLinks(this, data);
+    const QPointer<LinkedDocument> guard = this;
+    attachLinks(guard, data);
+    if (!guard)
+        return;
     d->data = data;
     d->isLoaded = true;
-    const QPointer<LinkedDocument> guard = this;
     if (isFirst)
         Q_EMIT loaded();
     if (guard)
@@ -147,7 +146,11 @@ void LinkedDocument::setStructValue(const QString &path, const QString &key, con
     const QJsonValue old = getStructValue(path, key);
     if (old == value)
         return;
-    d->tellTypes(old.toString(), value.toString());
+    const QPointer<LinkedDocument> guard = this;
+    tellType(guard, value.toString(), &ReferenceType::createReference);
+    tellType(guard, old.toString(), &ReferenceType::deleteReference);
+    if (!guard)
+        return;
     d->data = withValue(d->data, pathKeys(path) << key, 0, value);
     Q_EMIT dataChanged();
 }

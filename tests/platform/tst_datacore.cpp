@@ -29,6 +29,10 @@ public:
         history << objectName() + " "_s + id;
         if (objectName() == "quick"_s)
             deliver(id, 1);
+        if (id == "fatal"_s) {
+            delete context();
+            return false;
+        }
         return id.startsWith(objectName().at(0));
     }
 
@@ -84,7 +88,7 @@ private Q_SLOTS:
         QCOMPARE(history, (QStringList{"d d1"_s, "d d1"_s}));
         auto *moved = new TestLoader("m"_s, 0, context.get());
         moved->setParent(this);
-        context.reset();
+        QVERIFY(!context.release()->openDocument("fatal"_s));
         moved->deliver("d1"_s, 1);
         delete moved;
     }
