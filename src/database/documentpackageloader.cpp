@@ -48,13 +48,15 @@ DocumentPackageLoader::DocumentPackageLoader(const QString &prefix, ts::data::Co
 
 DocumentPackageLoader::~DocumentPackageLoader() = default;
 
-// The mark on the reference is all the memory that there is of what has been taken in hand.
+// The mark on the reference is all the memory that there is of what has been taken in hand. Sources and
+// installers that are called while it is made may delete this loader.
 bool DocumentPackageLoader::tryLoad(const QString &id)
 {
     if (!provider || !id.startsWith(prefix))
         return false;
+    const QPointer<DocumentPackageLoader> alive(this);
     PackageReference *reference = provider->packageReference(id);
-    if (!reference)
+    if (!reference || !alive)
         return false;
     if (reference->property(takenProperty).toBool())
         return true;

@@ -38,6 +38,7 @@ public:
     PackageReference *packageReference(const QString &id) override
     {
         asked << id;
+        onAsked();
         return stage.provider.packageReference(id);
     }
 
@@ -50,6 +51,7 @@ public:
     }
 
     QStringList asked;
+    std::function<void()> onAsked = [] {};
     Stage stage;
 };
 
@@ -124,6 +126,26 @@ private Q_SLOTS:
         auto *mortal = new DocumentPackageLoader("trail"_s, &waiting);
         connect(document, &LinkedDocument::loaded, mortal, [mortal] { delete mortal; });
         QTRY_VERIFY(document->isLoaded());
+    }
+
+    // Whoever is asked for a package may delete the loader, or the document, that asks.
+    void goWhenTheyAsk()
+    {
+        registerReferenceType<PackageReferenceType>();
+        PackageContext context;
+        context.publish({});
+        context.onAsked = [&context] { delete context.findChild<DocumentPackageLoader *>(); };
+        new DocumentPackageLoader("tr"_s, &context);
+        QVERIFY(!context.openDocument("trail"_s)->isLoaded());
+        QVERIFY(!context.findChild<DocumentPackageLoader *>());
+
+        QPointer<LinkedDocument> document = context.openDocument("letter"_s);
+        context.onAsked = [&document] { delete document; };
+        document->setData({{"a"_s, "ref:1:trail"_s}, {"b"_s, "ref:1:trail"_s}});
+        QVERIFY(!document);
+        document = new LinkedDocument("loose"_s, &context);
+        document->setStructValue({}, "goal"_s, "ref:1:trail"_s);
+        QVERIFY(!document);
     }
 
     void linksToPackages()
