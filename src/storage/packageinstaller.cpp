@@ -6,6 +6,8 @@
 
 #include <QFutureWatcher>
 
+#include <utility>
+
 namespace ts::pm {
 
 using ErrorWatcher = QFutureWatcher<QList<InstallError>>;
@@ -56,15 +58,14 @@ bool PackageInstallerPrivate::refold()
     return true;
 }
 
-QVector<PackageInstaller *> PackageInstallerPrivate::takeDependencies()
+QVector<QPointer<PackageInstaller>> PackageInstallerPrivate::takeDependencies()
 {
-    const QVector<PackageInstaller *> taken = dependencies.toVector();
-    dependencies.clear();
+    const QList<PackageInstaller *> taken = std::exchange(dependencies, {});
     for (PackageInstaller *dependency : taken) {
         dependency->setParent(nullptr);
         dependency->d->dependent = nullptr;
     }
-    return taken;
+    return QVector<QPointer<PackageInstaller>>(taken.begin(), taken.end());
 }
 
 void PackageInstallerPrivate::forget(PackageInstaller *dependency)
@@ -90,14 +91,16 @@ PackageInstaller::PackageInstaller(const InstallLocation &location)
 }
 
 // Takes the tree apart itself: children that delete children would need stack for each link of a long chain.
+// Who hears that one of them is gone may delete others.
 PackageInstaller::~PackageInstaller()
 {
     if (d->dependent)
         d->dependent->d->forget(this);
-    QVector<PackageInstaller *> doomed = d->takeDependencies();
+    auto doomed = d->takeDependencies();
     while (!doomed.isEmpty()) {
-        PackageInstaller *installer = doomed.takeLast();
-        doomed += installer->d->takeDependencies();
+        const QPointer<PackageInstaller> installer = doomed.takeLast();
+        if (installer)
+            doomed += installer->d->takeDependencies();
         delete installer;
     }
 }

@@ -15,7 +15,7 @@ public:
     PackageInstaller::Status ownStatus() const;
     PackageInstaller::Status foldedStatus() const;
     bool refold();
-    QVector<PackageInstaller *> takeDependencies();
+    QVector<QPointer<PackageInstaller>> takeDependencies();
     void forget(PackageInstaller *dependency);
     /** Whether \a installer is this job, or one that it is a dependency of, directly or through others. */
     bool isBelow(const PackageInstaller *installer) const;

@@ -89,6 +89,13 @@ private Q_SLOTS:
         QCOMPARE(order, QStringList({"leaf"_s, "middle"_s, "root Failed"_s}));
         QVERIFY(!root);
 
+        root = new ManualInstaller;
+        const QVector<QPointer<ManualInstaller>> siblings{dependencyOf(root), dependencyOf(root)};
+        for (ManualInstaller *installer : siblings)
+            connect(installer, &QObject::destroyed, this, [&] { delete siblings[0], delete siblings[1]; });
+        delete root;
+        QVERIFY(!siblings[0] && !siblings[1]);
+
         ManualInstaller late;
         late.fail(7, "no room"_s);
         late.fail(8, "too late"_s);
