@@ -67,8 +67,8 @@ public:
 
     /**
      * The one reference to the package \a id, made at the first call; null for an empty id, and if a source
-     * that is asked for news destroys the repository. Asking for a reference starts to install the package as
-     * soon as an index has it.
+     * or an accessor that is called meanwhile destroys the repository. Asking for a reference starts to
+     * install the package as soon as an index has it.
      */
     PackageReference *packageReference(const QString &id);
 
