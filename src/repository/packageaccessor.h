@@ -24,7 +24,8 @@ class PackageInstaller;
  * that: packageManifest(), packageFileUrl() and packageInstaller() come from all threads that hold the index,
  * at the same time, so an implementation keeps its data unchanged and takes no lock to read them. Destroyed
  * on the thread of the application object, whichever thread lets go of the index; never, if a worker does
- * while that object goes.
+ * while that object goes. A destructor may run in the middle of a change to what showed the packages, so it
+ * calls no repository, reference or model.
  * Errors: none. What cannot be read comes back as a record in its default state, an unreadable source has no
  * packages, keywords and links; a negative count is none. An accessor does not throw.
  */
