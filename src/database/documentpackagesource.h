@@ -36,7 +36,8 @@ class TAMSELPACKAGEMANAGER_EXPORT DocumentPackageSource : public PackageSource
 public:
     /**
      * \a type is that of the documents, \a context must not be null. A type that would lead out of "packages"
-     * below the data location, as "::" would, persists nothing.
+     * below the data location, as "::" would, persists nothing. Other sources and installed packages have the
+     * directories "couchdb", "files", "install" and "servers" there, which no type should be named after.
      */
     DocumentPackageSource(const QString &type, ts::data::Context *context);
     ~DocumentPackageSource() override;

@@ -21,7 +21,8 @@ namespace ts::ledger {
  * others wait.
  *
  * Threads: one; files are copied on the global thread pool. Errors: see errors(); the ledger that was there
- * before then stays in force.
+ * before then stays in force, unless the new one was in place already, and only its flush to the disk or the
+ * removal of files failed.
  */
 class Publisher
 {
