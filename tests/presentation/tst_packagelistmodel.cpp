@@ -96,7 +96,7 @@ public:
     void rest() const
     {
         startJob();
-        while (watcher->isRunning())
+        while (!watcher->isFinished()) // isRunning() ends before the watcher has heard of it
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
         QCoreApplication::processEvents();
     }
