@@ -1,5 +1,7 @@
 #include "database/persistedlisting_p.h"
 
+#include "storage/processlock_p.h"
+
 #include <Tamsel/Locations>
 #include <TamselUtil/FileUtils>
 
@@ -93,8 +95,9 @@ void PersistedListing::persist() const
         directory.mkpath(QStringLiteral("."));
     if (hash.isEmpty() || !QFile::exists(dataFile.path))
         return;
-    QLockFile lock(directory.filePath(lockName));
-    if (!lock.lock()) {
+    const QString lockPath = directory.filePath(lockName);
+    QLockFile lock(lockPath);
+    if (!waitForLock(lock, lockPath)) {
         qCCritical(category) << "Failed to persist package list" << hash;
         return;
     }

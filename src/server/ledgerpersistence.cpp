@@ -1,5 +1,6 @@
 #include "logging_p.h"
 #include "server/packageledger.h"
+#include "storage/processlock_p.h"
 #include "storage/savefile_p.h"
 
 #include <TamselUtil/FileUtils>
@@ -94,7 +95,7 @@ bool writeFile(const QString &path, const QByteArray &etag, const QByteArray &do
 PackageLedger::PackageLedger(const QDir &dir)
 {
     QLockFile lock(lockPath(dir));
-    lock.lock();
+    waitForLock(lock, lockPath(dir));
     QFile file(dataPath(dir));
     if (!file.exists())
         return;
@@ -129,7 +130,7 @@ bool PackageLedger::persist(const QDir &dir, const QString &name) const
         qCDebug(lcLedger) << "Persisting ledger of" << name << "took" << double(timer.nsecsElapsed()) / 1e6
                           << "msecs";
     });
-    lock.lock();
+    waitForLock(lock, lockPath(dir));
     const QString path = dataPath(dir);
     if (holdsTag(path, etag)) {
         qCDebug(lcLedger) << "Skipping ledger persistence for" << name << "- already persisted";

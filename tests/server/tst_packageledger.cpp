@@ -461,6 +461,9 @@ private Q_SLOTS:
             lock.unlock();
             QVERIFY(used.result());
         }
+        QVERIFY(dir.mkdir(".lock"_s)); // not a lock that somebody will give back
+        QVERIFY(PackageLedger(bytes, "new").persist(dir, "id"_s));
+        QCOMPARE(PackageLedger(dir).etag, QByteArray("new"));
     }
 
 private:

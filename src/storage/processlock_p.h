@@ -1,0 +1,15 @@
+#pragma once
+
+class QLockFile;
+class QString;
+
+namespace ts::pm {
+
+/**
+ * Waits, without a limit, until this process has \a lock, whose file is \a path. False if it cannot have it:
+ * the directory cannot be written to, or something is at the path that is no file, such as a directory, a
+ * pipe or a link to nowhere, for which QLockFile itself would wait for ever. Any thread.
+ */
+bool waitForLock(QLockFile &lock, const QString &path);
+
+} // namespace ts::pm
