@@ -97,6 +97,7 @@ private Q_SLOTS:
             couchdb --output y --prune c       | --prune and --output do not go together
             couchdb --url ftp://me:word@x/y c  | '...@x/y' is no URL
             couchdb --url http:///y c          | 'http:///y' is no URL
+            keygen keys/                       | 'keys/' names no file
             serve www more                     | Unexpected argument 'more')")) {
             const Outcome outcome = workshop.run(row[0]);
             QVERIFY2(outcome.exitCode == 2 && outcome.errors.contains(row[1]), qPrintable(outcome.errors));

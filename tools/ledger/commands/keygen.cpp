@@ -31,6 +31,8 @@ int keygen(const QStringList &arguments)
                      QStringLiteral("Path of the key files, without what follows the dot."));
     if (const auto exitCode = line.parse(arguments))
         return *exitCode;
+    if (QFileInfo(line.argument(0)).fileName().isEmpty())
+        return line.refuse(QStringLiteral("'%1' names no file.").arg(line.argument(0)));
 
     const QString publicPath = line.argument(0) + QStringLiteral(".pem");
     const QString privatePath = line.argument(0) + QStringLiteral(".key.pem");
