@@ -123,6 +123,7 @@ bool PersistedListing::copyTo(const QString &name) const
     const QByteArray content = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     const QString copy = directory.filePath(copyName);
     const QString target = directory.filePath(name);
+    QFile::remove(copy); // left by a process that was killed, or a link that leads elsewhere
     const bool copied = hexMd5(content) == hash && writeFile(copy, content)
                         && ts::util::FileUtils::syncFile(copy) && QFile::rename(copy, target);
     if (!copied)

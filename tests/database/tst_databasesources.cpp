@@ -322,6 +322,7 @@ private Q_SLOTS:
         QVERIFY(stage.directory.mkdir(".lock"_s)); // not a lock that somebody will give back
         QCOMPARE(persist(), " | critical: Failed to persist package list HASH"_s);
         QVERIFY(stage.directory.rmdir(".lock"_s));
+        QVERIFY(QFile::link(stage.directory.filePath("elsewhere"_s), stage.directory.filePath(".copy"_s)));
         QCOMPARE(persist(), persisted);
 
         // The newest file alone is looked at, and neither the lock nor half a copy is taken for one.
