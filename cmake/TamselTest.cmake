@@ -44,11 +44,7 @@ endfunction()
 function(tamsel_set_test_environment name)
     cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "ENVIRONMENT")
     set(home "${TAMSEL_TEST_HOMES}/${name}")
-    set(suppressions "${PROJECT_SOURCE_DIR}/tests/support/lsan.supp")
-    set(lsan "print_suppressions=0")
-    if(EXISTS "${suppressions}")
-        string(APPEND lsan ":suppressions=${suppressions}")
-    endif()
+    set(support "${PROJECT_SOURCE_DIR}/tests/support")
     file(MAKE_DIRECTORY "${home}")
 
     set_tests_properties(${name} PROPERTIES FIXTURES_REQUIRED test-homes TIMEOUT 120)
@@ -63,8 +59,8 @@ function(tamsel_set_test_environment name)
         "QT_LOGGING_RULES="
         "QT_QPA_PLATFORM=offscreen"
         "ASAN_OPTIONS=detect_stack_use_after_return=1:strict_string_checks=1"
-        "LSAN_OPTIONS=${lsan}"
-        "TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1"
+        "LSAN_OPTIONS=print_suppressions=0:suppressions=${support}/lsan.supp"
+        "TSAN_OPTIONS=halt_on_error=1:second_deadlock_stack=1:suppressions=${support}/tsan.supp"
         "UBSAN_OPTIONS=halt_on_error=1:print_stacktrace=1"
         ${arg_ENVIRONMENT})
 endfunction()
