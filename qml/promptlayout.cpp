@@ -17,6 +17,13 @@ PromptLayout::PromptLayout(QObject *view)
     : QObject(view)
     , view(view)
 {
+    const QMetaObject *type = view->metaObject();
+    const QMetaMethod modelChanged = type->property(type->indexOfProperty("model")).notifySignal();
+    if (!modelChanged.isValid())
+        return;
+    const QMetaMethod watch = staticMetaObject.method(staticMetaObject.indexOfSlot("watchModel()"));
+    connect(view, modelChanged, this, watch);
+    watchModel();
 }
 
 void PromptLayout::setEnabled(bool on)
@@ -24,25 +31,15 @@ void PromptLayout::setEnabled(bool on)
     if (enabled == on)
         return;
     enabled = on;
-    const QMetaObject *type = view->metaObject();
-    const QMetaMethod modelChanged = type->property(type->indexOfProperty("model")).notifySignal();
-    if (modelChanged.isValid()) {
-        const QMetaMethod watch = metaObject()->method(metaObject()->indexOfSlot("watchModel()"));
-        if (enabled)
-            connect(view, modelChanged, this, watch);
-        else
-            disconnect(view, modelChanged, this, watch);
-        watchModel();
-    }
     Q_EMIT enabledChanged();
 }
 
+// The view is asked only while its model is new: it goes on naming one that has been destroyed.
 void PromptLayout::watchModel()
 {
     if (model)
         model->disconnect(this);
-    model =
-        enabled ? qobject_cast<QAbstractItemModel *>(view->property("model").value<QObject *>()) : nullptr;
+    model = qobject_cast<QAbstractItemModel *>(view->property("model").value<QObject *>());
     if (!model)
         return;
     connect(model, &QAbstractItemModel::rowsRemoved, this, &PromptLayout::countChange);
@@ -53,7 +50,7 @@ void PromptLayout::watchModel()
 // Counts on through updates: where the layouts fall does not matter.
 void PromptLayout::countChange()
 {
-    if (++changes % changesBetweenLayouts == 0)
+    if (enabled && ++changes % changesBetweenLayouts == 0)
         QMetaObject::invokeMethod(view, "forceLayout", Qt::DirectConnection);
 }
 

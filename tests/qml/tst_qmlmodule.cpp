@@ -319,6 +319,15 @@ private Q_SLOTS:
         QCOMPARE(scene.text("model = list, append(600)"_s), "5"_s);
     }
 
+    void promptLayoutOfAViewWhoseModelIsGone()
+    {
+        Scene scene(R"(
+            ListView { id: view; PromptLayout.enabled: false }
+            Component { id: rows; ListModel {} })");
+        delete scene.run("view.model = rows.createObject(view)"_s).value<QObject *>();
+        QCOMPARE(scene.text("view.PromptLayout.enabled = true, view.count"_s), "0"_s);
+    }
+
 private:
     Q_INVOKABLE void strike() { delete doomed.data(); }
 
