@@ -79,11 +79,22 @@ void PackageServerSource::replaceServer(void (PackageServerSource::*changed)())
 {
     const QPointer<PackageServerSource> self(this);
     Q_EMIT(this->*changed)();
-    if (self && complete)
+    if (!self || !complete)
+        return;
+    if (repository())
         replaceSource();
+    else
+        forgetServer();
 }
 
-// An element that is not in use has no source, and so no service.
+// Of an element that is not in use: what one server has answered says nothing of the next.
+void PackageServerSource::forgetServer()
+{
+    service.reset();
+    setStatus(NoServer);
+}
+
+// An element that is not in use makes no source.
 std::unique_ptr<PackageSource> PackageServerSource::createSource()
 {
     service.reset();

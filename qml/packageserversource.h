@@ -42,7 +42,7 @@ class PackageServerSource : public PackageSourceElement, public QQmlParserStatus
 
 public:
     enum Status {
-        NoServer = 0,    ///< there is no URL, or the element has not been in use yet
+        NoServer = 0,    ///< there is no URL, or the element has not been in use with it yet
         Connecting = 1,  ///< the server has not answered yet
         Ready = 2,       ///< the packages are those that the server has
         Invalid = 3,     ///< the URL is none of a server
@@ -87,6 +87,7 @@ protected:
 
 private:
     void replaceServer(void (PackageServerSource::*changed)());
+    void forgetServer();
     void setCredential(QString &credential, const QString &text);
     void applyCredentials();
     void setStatus(Status status);

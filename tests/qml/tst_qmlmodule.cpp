@@ -146,6 +146,8 @@ private Q_SLOTS:
         QTRY_COMPARE(scene.text("log.join()"_s), "1,4,5,1,2,1,3"_s); // invalid
         scene.run("remote.url = ''"_s);
         QCOMPARE(scene.text("log.join()"_s), "1,4,5,1,2,1,3,0"_s);
+        scene.run("remote.url = 'file:///other'; provider.sources = []; remote.url = 'file:///'"_s);
+        QCOMPARE(scene.text("log.join()"_s), "1,4,5,1,2,1,3,0,1,0"_s); // not in use any more
         QCOMPARE(http.requests().size(), 3);
     }
 
