@@ -56,6 +56,16 @@ public:
     mutable std::function<void()> act; // once, when it is asked
 };
 
+/** Runs the event loop until that signal. Not processEvents(), which may deliver it and then wait for more.
+ */
+template<typename Sender, typename Signal>
+void waitFor(const Sender *sender, Signal signal)
+{
+    QEventLoop loop;
+    QObject::connect(sender, signal, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
 /** A list model that shows the packages that a test lists, in the order of that list; at first all. */
 class ListStage : public Stage
 {
@@ -89,7 +99,7 @@ public:
     void startJob() const
     {
         while (timer->isActive())
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            waitFor(timer, &QTimer::timeout);
     }
 
     /** Waits until the model has come to rest. */
@@ -97,7 +107,7 @@ public:
     {
         startJob();
         while (!watcher->isFinished()) // isRunning() ends before the watcher has heard of it
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+            waitFor(watcher, &QFutureWatcherBase::finished);
         QCoreApplication::processEvents();
     }
 
