@@ -1,6 +1,10 @@
 // Index build from records in memory, on one thread, against the floor: one pass that copies every id, type
 // and string into one QString, enters every node in a QHash, and appends every link to two vectors by
 // looked-up ids.
+//
+// "build" repeats builds in one process, as when an index follows another. "first-build" makes each build in
+// a process of its own, as when an application starts: all of its memory is fresh, whatever the size, while
+// among repeated builds the small ones find again what the C library has kept, and the large ones do not.
 
 #include "support/ratioreporter.h"
 #include "support/syntheticcatalogue.h"
@@ -11,8 +15,14 @@
 #include <QDir>
 #include <QHash>
 #include <QLocale>
+#include <QProcess>
 #include <QTemporaryDir>
 #include <QThreadPool>
+
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
 
 #include <malloc.h>
 
@@ -109,6 +119,42 @@ void indexBuild(benchmark::State &state)
     state.counters["heap_bytes_per_package"] = bytes / double(state.range(0));
 }
 
+const char *const firstOption = "--first"; // of a process that makes one build: what, and of which size
+const char *const firstFloor = "baseline";
+const char *const firstIndex = "index";
+
+// Prints the time in seconds. What was built is left to the end of the process.
+void buildOnce(const char *what, int size)
+{
+    const SyntheticCatalogue &catalogue = syntheticCatalogue(size);
+    auto *source = new SyntheticSource(size);
+    auto *index = new PackageIndex;
+    index->addSource(source);
+    auto *floor = new Floor;
+    const auto start = std::chrono::steady_clock::now();
+    if (std::strcmp(what, firstFloor) == 0)
+        buildFloor(catalogue, *floor);
+    else
+        index->build();
+    const std::chrono::duration<double> duration = std::chrono::steady_clock::now() - start;
+    std::printf("%.9f\n", duration.count());
+    QThreadPool::globalInstance()->waitForDone();
+}
+
+void firstBuild(benchmark::State &state, const char *what)
+{
+    for (auto _ : state) {
+        QProcess process;
+        process.start(QCoreApplication::applicationFilePath(),
+                      {QLatin1String(firstOption), QLatin1String(what), QString::number(state.range(0))});
+        process.waitForFinished(-1);
+        bool isNumber = false;
+        state.SetIterationTime(process.readAllStandardOutput().trimmed().toDouble(&isNumber));
+        if (!isNumber)
+            state.SkipWithError("the process has failed");
+    }
+}
+
 void allSizes(benchmark::internal::Benchmark *benchmark)
 {
     for (const int size : sizes)
@@ -116,6 +162,14 @@ void allSizes(benchmark::internal::Benchmark *benchmark)
     benchmark->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly();
 }
 
+void allSizesOnce(benchmark::internal::Benchmark *benchmark)
+{
+    allSizes(benchmark);
+    benchmark->Iterations(1)->UseManualTime();
+}
+
+BENCHMARK_CAPTURE(firstBuild, floor, firstFloor)->Name("first-build/baseline")->Apply(allSizesOnce);
+BENCHMARK_CAPTURE(firstBuild, index, firstIndex)->Name("first-build/index")->Apply(allSizesOnce);
 BENCHMARK(floorBuild)->Name("build/baseline")->Apply(allSizes);
 BENCHMARK(indexBuild)->Name("build/index")->Apply(allSizes);
 
@@ -128,5 +182,9 @@ int main(int argc, char **argv)
         return 1;
     const QCoreApplication application(argc, argv);
     QLocale::setDefault(QLocale(QStringLiteral("de_DE")));
+    if (argc == 4 && std::strcmp(argv[1], firstOption) == 0) {
+        buildOnce(argv[2], std::atoi(argv[3]));
+        return 0;
+    }
     return runBenchmarks(argc, argv);
 }

@@ -26,6 +26,7 @@
 #include <QQuickItem>
 #include <QSortFilterProxyModel>
 #include <QTemporaryDir>
+#include <QTimer>
 
 #include <algorithm>
 #include <ctime>
@@ -36,6 +37,8 @@ namespace {
 
 using namespace ts::pm;
 using namespace ts::pm::bench;
+
+constexpr int checkInterval = 100; // milliseconds
 
 double threadMilliseconds()
 {
@@ -240,6 +243,8 @@ protected:
 private:
     static void waitFor(const std::function<bool()> &condition)
     {
+        QTimer look; // makes the event loop return when nothing else does
+        look.start(checkInterval);
         while (!condition())
             QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
     }
