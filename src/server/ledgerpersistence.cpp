@@ -20,6 +20,8 @@ namespace ts::pm {
 
 namespace {
 
+// Where the lock cannot be had, reading and writing go on without it: the file is only ever replaced as a
+// whole, so that nobody reads half of one, and of two writers the last one wins.
 QString lockPath(const QDir &dir)
 {
     return dir.absoluteFilePath(QStringLiteral(".lock"));
