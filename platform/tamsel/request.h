@@ -44,8 +44,8 @@ class TAMSEL_EXPORT Request : public QObject
 public:
     ~Request() override;
 
-    /** Whether failures of this exchange are kept out of the log; false at first. The caller then reports
-     * them. */
+    /** Whether the caller reports a failure of this exchange; false at first. The log then tells of it at
+     * debug level only, otherwise as a warning, both in "tamsel.request". */
     void setSuppressErrors(bool suppress);
 
     /**

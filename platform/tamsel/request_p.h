@@ -38,6 +38,7 @@ public:
     void follow(const QUrl &target);
     void settle(QNetworkReply::NetworkError code, const QString &text);
     void deliver();
+    void logFailure() const;
     void dropReply();
     void leaveQueue();
 

@@ -10,7 +10,7 @@ namespace ts {
 
 namespace {
 
-Q_LOGGING_CATEGORY(lcRequest, "tamsel.request")
+Q_LOGGING_CATEGORY(lcRequest, "tamsel.request", QtInfoMsg)
 
 constexpr std::chrono::milliseconds LongestSilence = std::chrono::seconds(30);
 // QByteArray keeps a header and a NUL below 2 GiB, and a data sink may well be a QBuffer.
@@ -259,15 +259,25 @@ void RequestPrivate::settle(QNetworkReply::NetworkError code, const QString &tex
 
 void RequestPrivate::deliver()
 {
-    if (error != QNetworkReply::NoError && !suppressErrors) {
-        qCWarning(lcRequest).noquote()
-            << "Request failed:" << request.url().toDisplayString(QUrl::RemoveUserInfo) << status
-            << errorString;
-    }
+    if (error != QNetworkReply::NoError)
+        logFailure();
     const QPointer<Request> alive = q;
     Q_EMIT q->finished();
     if (alive)
         q->deleteLater();
+}
+
+// Who reports failures itself often knows the status alone, which does not tell a bad certificate from a
+// server that is away.
+void RequestPrivate::logFailure() const
+{
+    const auto text =
+        QStringLiteral("Request failed: %1 %2 %3")
+            .arg(request.url().toDisplayString(QUrl::RemoveUserInfo), QString::number(status), errorString);
+    if (suppressErrors)
+        qCDebug(lcRequest).noquote() << text;
+    else
+        qCWarning(lcRequest).noquote() << text;
 }
 
 // Not deleted at once: this may be running below one of its signals.
