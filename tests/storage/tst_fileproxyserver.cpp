@@ -195,10 +195,14 @@ private Q_SLOTS:
     void sendsAsClientsRead()
     {
         const QByteArray answer = file("application/octet-stream", picture());
+        const QByteArray owl = file("text/plain", "hoo hoo\n");
         const QByteArray longRequest = get("owl").chopped(2) + "X: " + QByteArray(3000, 'x') + "\r\n\r\n";
         std::vector<std::unique_ptr<RawClient>> idle;
         for (int i = 0; i < 10; ++i) {
-            idle.push_back(std::make_unique<RawClient>(*server));
+            idle.push_back(std::make_unique<RawClient>(*server, get("owl")));
+            QCOMPARE(idle.back()->hear(owl.size()), owl);
+            const auto sender = server->findChildren<QTcpSocket *>().constLast(); // that is often full
+            sender->setSocketOption(QAbstractSocket::SendBufferSizeSocketOption, 100000);
             idle.back()->socket.setReadBufferSize(1000);
             idle.back()->say(get("picture"));
             QCOMPARE(idle.back()->hear(1000), answer.left(1000));
@@ -208,7 +212,7 @@ private Q_SLOTS:
         for (size_t i = 0; i < 8; ++i)
             idle.at(i)->socket.abort();
         idle.at(8)->socket.setReadBufferSize(0);
-        const QByteArray rest = answer.mid(1000) + file("text/plain", "hoo hoo\n").repeated(100);
+        const QByteArray rest = answer.mid(1000) + owl.repeated(100);
         QCOMPARE(idle.at(8)->hear(rest.size()), rest);
         QVERIFY(QFile::resize(directory.filePath("picture"_s), 1000)); // below what was promised
         idle.at(9)->socket.setReadBufferSize(0);
