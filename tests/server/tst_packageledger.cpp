@@ -297,7 +297,12 @@ private Q_SLOTS:
     {
         const QByteArray byteOrderMark("\xef\xbb\xbf");
         SignedLedger ledger;
-        ledger.addPackage("oak", "tree", "{}", {{"a", "good"}, {"b\xff", "first"}, {"b\xfe", "x"}});
+        ledger.addPackage("oak", "tree", "{}",
+                          {{"a", "good"},
+                           {"b\xff", "first"},
+                           {"b\xfe", "x"},
+                           {"c\x80", "x"}, // sorts before the exact one
+                           {"c\xef\xbf\xbd", "good"}});
         auto &package = ledger.records.packages[0];
         std::swap(package.files[1], package.files[2]); // the first counts, the last is what the writer signs
         ledger.sign(package, "{}");
@@ -306,11 +311,12 @@ private Q_SLOTS:
         const PackageLedger parsed(ledger.toByteArray(), "tag");
         QVERIFY(parsed.valid);
         const PackageEntry &entry = parsed.packages.at(0);
-        QCOMPARE(entry.files.size(), 6);
+        QCOMPARE(entry.files.size(), 8);
         const QVector<PackageFile> files = packageFiles(entry);
-        QCOMPARE(files.size(), 2);
+        QCOMPARE(files.size(), 3);
         QCOMPARE(files.at(0).digest, entry.files.value("a"));
         QCOMPARE(files.at(1).digest, entry.files.value("b\xfe"));
+        QCOMPARE(files.at(2).digest, entry.files.value("c\xef\xbf\xbd"));
         QCOMPARE(fileDigest(entry, "a"_s), files.at(0).digest);
         QVERIFY(!fileDigest(entry, QString::fromLatin1("a\0b", 3))
                 && !fileDigest(entry, QString::fromUtf8(byteOrderMark + byteOrderMark + 'a')));
@@ -320,6 +326,10 @@ private Q_SLOTS:
     void verifiesInAFullPool()
     {
         SignedLedger many;
+        SignedLedger::Contents files;
+        for (int i = 0; i < 100; ++i)
+            files.insert(QByteArray::number(i), {});
+        many.addPackage("wood", "tree", "{}", files);
         for (int i = 0; i < 200; ++i)
             many.addPackage(QByteArray::number(i), "tree", "{}", {{QByteArray(i * 9, '\1'), "escaped"}});
         const QByteArray good = many.toByteArray();

@@ -308,10 +308,11 @@ private Q_SLOTS:
         ledger.addKeyword("tree", Keyword::Noun,
                           {{"en", {QByteArray("tree\0trees\0x", 12), "wood"}}, {"de", {"Baum"}}});
         ledger.addKeyword("odd", 5);
+        ledger.addKeyword("wood", Keyword::Category);
         std::swap(ledger.records.keywords[0].translations[0], ledger.records.keywords[0].translations[1]);
         // Type, flags, source and target.
         ledger.records.links = {{6, 17, 0, 0}, {0, 128, 0, 0},           {1, 8, 0, 0},
-                                {7, 0, 0, 2},  {255, 16, 2, 4294967295}, {2, 1, 2147483648, 0}};
+                                {7, 0, 0, 3},  {255, 16, 3, 4294967295}, {2, 1, 2147483648, 0}};
         http.open();
         const LogCapture log("tamsel.packageserver.ledger"_s);
         const auto revision = [&](int package) {
@@ -319,7 +320,7 @@ private Q_SLOTS:
         };
         QCOMPARE(recordsOf(*http.accessor).join("; "_s),
                  "plant:tree/oak {\"title\":\"Oak\"} %1; plant/ash {} %2; "
-                 "tree 0, de=Baum/, en=tree/trees, en=wood/; odd -1; "
+                 "tree 0, de=Baum/, en=tree/trees, en=wood/; odd -1; wood 4; "
                  "oak 6 oak; tree 0 oak; oak 1 tree; tree -1; -1; 2 tree"_s.arg(revision(0), revision(1)));
         QCOMPARE(log.lines(), QStringList("critical: Package manifest parsing failed: \"illegal value\""_s));
         QCOMPARE(http.accessor->keywordLanguages(), QStringList({"de"_s, "en"_s}));
