@@ -137,6 +137,7 @@ private Q_SLOTS:
         row("stalled body", raw(head + "Content-Length: 4\r\n\r\nowl", HttpAnswer::Stall), 200, "owl", true);
         row("gzip", packed(gzip(big)), 200, big);
         row("gzip twice", packed(gzip("ow") + gzip("l")), 200, "owl");
+        row("gzip and junk", packed(gzip("owl") + "hoo"), 200, "owl", true);
         row("gzip too short", packed(gzip("owl").chopped(1)), 200, "owl", true);
         row("gzip not checked", packed(gzip("owl").chopped(8) + "12345678"), 200, "", true);
         row("other encoding", HttpAnswer::with(200, "owl", "Content-Encoding: br\r\n"), 200, "", true);
