@@ -200,9 +200,9 @@ a move to the first row delivers nothing | show:BCA[remove 3-6, move 0 to 2, cou
     show:BD[remove 1-2, insert 1-1, countChanged; BD] rest show:BCA[remove 1-1, insert 1-2, countChanged; BCA]
     stick:ABCD
 overtaken result is dropped | hold show:A pass:AB[remove 2-6, countChanged; AB] free hold show:A
-steps after the provider went away are run if they fit | show:AB[remove 2-6, countChanged; AB] hold show:XYAZ
+steps after the provider went away are run if they fit | show:AB[remove 2-6, countChanged; AB] hold show:XYBZ
     provide[reset, packageProviderChanged; none] publish free[insert 0-1, countChanged; XY]
-    provide:own[packageProviderChanged, reset, countChanged; XYAZ]
+    provide:own[packageProviderChanged, reset, countChanged; XYBZ]
 late rows have no index to update from | show:AB[remove 2-6, countChanged; AB] hold show:XYAZ
     provide[reset, packageProviderChanged; none] free[insert 0-1, countChanged; XY] type:x[packageTypeChanged]
     type[packageTypeChanged] provide:own[packageProviderChanged, reset, countChanged; XYAZ]
