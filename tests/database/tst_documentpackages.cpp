@@ -112,6 +112,10 @@ private Q_SLOTS:
             QCOMPARE(data(), expected);
         }
         QCOMPARE(changes.count(), 2);
+        context.stage.catalogue = {};
+        context.stage.publish();
+        context.publish({{"type"_s, "c"_s}}); // comes back, and is installing
+        QCOMPARE(data(), expected);
 
         // A package that is there already is delivered before the document is out.
         PackageContext ready;
