@@ -12,9 +12,11 @@
 
 #include <QtTest>
 
+#include <atomic>
 #include <cstdio>
 #include <fcntl.h>
 #include <sys/syscall.h>
+#include <sys/time.h>
 
 using namespace ts::pm;
 using namespace ts::pm::test;
@@ -22,6 +24,7 @@ using namespace ts::pm::test;
 namespace {
 
 bool linksFail = false;
+std::atomic<int> secondsPassed(0);
 
 constexpr auto everyEntry = QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot;
 
@@ -63,6 +66,14 @@ QString pathOf(const InstallLocation &location)
 }
 
 } // namespace
+
+// The clock that dates are told by.
+extern "C" Q_DECL_EXPORT int gettimeofday(timeval *time, void *zone) noexcept
+{
+    const long result = syscall(SYS_gettimeofday, time, zone);
+    time->tv_sec += secondsPassed;
+    return int(result);
+}
 
 // The ways to make links, so that a test can take them away.
 extern "C" Q_DECL_EXPORT int symlinkat(const char *target, int directory, const char *path) noexcept
@@ -227,6 +238,16 @@ private Q_SLOTS:
         QVERIFY(holder.waitForFinished());
         ts::pm::cleanup(later);
         QVERIFY(_installDir().isEmpty(everyEntry));
+    }
+
+    void newRootsSweepOldOnes()
+    {
+        const QString old = pathOf(InstallLocation::createRoot());
+        secondsPassed = 400;
+        const InstallLocation root = InstallLocation::createRoot();
+        QTRY_VERIFY(!QFileInfo::exists(old));
+        QVERIFY(QFileInfo::exists(pathOf(root)));
+        secondsPassed = 0;
     }
 
     // In the place of the directory there is a file at first, then it cannot be written.
