@@ -132,6 +132,7 @@ private Q_SLOTS:
         row("too long", raw(head + "Content-Length: 3\r\n\r\nowlet"), 200, "owl");
         row("chunks", raw(chunked + "3\r\nowl\r\n2\r\net\r\n0\r\n\r\n"), 200, "owlet");
         row("no answer", raw(""), 0, "", true);
+        row("no status", raw("HTTP/1.1 000 None\r\nContent-Length: 3\r\n\r\nowl"), 0, "owl", true);
         row("junk", raw("owl\r\n\r\n"), 0, "", true);
         row("stalled head", raw("HTTP/1.1 200", HttpAnswer::Stall), 0, "", true);
         row("stalled body", raw(head + "Content-Length: 4\r\n\r\nowl", HttpAnswer::Stall), 200, "owl", true);
