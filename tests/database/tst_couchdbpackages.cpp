@@ -104,6 +104,10 @@ a -1
             if (!name.contains('/'))
                 QCOMPARE(readFile(location.pathToFile(QString::fromUtf8(name))), document + path);
         }
+        for (const char *nowhere : {"", ".", ".."}) {
+            const auto lost = accessorOn(rowOf(QLatin1String(nowhere), {{"x"_s, digestOf("x")}}));
+            QVERIFY(install(*lost, 0).startsWith("0 requests;"_s));
+        }
     }
 
     void installsWhatIsGood()
