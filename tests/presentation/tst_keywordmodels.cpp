@@ -115,8 +115,8 @@ private Q_SLOTS:
     {
         const QString play =
             "provide[packageProviderChanged, reset; a/air, l/Land, w/water] provide publish[reset] "
-            "type:plant[packageTypeChanged, reset; l/Land, w/water] type:animal[packageTypeChanged, reset; "
-            "none] "
+            "type:plant[packageTypeChanged, reset; l/Land, w/water] type:plant "
+            "type:animal[packageTypeChanged, reset; none] "
             "remove[packageProviderChanged, reset] publish both:plant[packageTypeChanged, "
             "packageProviderChanged, reset; l/Land, w/water] misprovide[packageProviderChanged, reset; none] "
             "publish provide[packageProviderChanged, reset; l/Land, w/water]"_s;
@@ -132,6 +132,7 @@ private Q_SLOTS:
             "provide[packageProviderChanged] "
             "search:w[searchStringChanged, reset, countChanged; water/<b>w</b>ater, wood/<b>w</b>ood] "
             "publish[reset] type:plant[packageTypeChanged, reset, countChanged; water/<b>w</b>ater] "
+            "type:plant "
             "search:[searchStringChanged, reset, countChanged; none] search:w[searchStringChanged, reset, "
             "countChanged; water/<b>w</b>ater] remove[packageProviderChanged, reset, countChanged; none] "
             "publish both:[packageTypeChanged, packageProviderChanged, reset, countChanged; "
