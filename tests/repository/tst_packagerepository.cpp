@@ -4,6 +4,7 @@
 #include "presentation/packagereference.h"
 #include "server/packageledger.h"
 #include "server/packageserver.h"
+#include "server/packageserveraccessor.h"
 #include "storage/localpackageinstaller.h"
 
 #include "support/fakeclock.h"
@@ -378,15 +379,26 @@ private Q_SLOTS:
         };
         PackageRepository repository(PackageRepository::PersistOnRequest);
         SignedLedger ledger;
-        ledger.addPackage("p", "t", "{}");
+        ledger.addPackage("p", "t", "{}", {{"f", {}}});
         const QByteArray document = ledger.toByteArray();
-        const bool isBelieved = PackageLedger(document, {}).valid; // unless the build has another root key
+        const auto parsed = QSharedPointer<PackageLedger>::create(document, QByteArray());
+        const bool isBelieved = parsed->valid; // unless the build has another root key
+        const PackageServerAccessor accessor(nullptr, parsed);
+        QSemaphore asking;
+        std::atomic<int> unanswered(0);
         auto own = makeIndex();
         QThreadPool::globalInstance()->start([index = makeIndex()] {
             while (!QCoreApplication::closingDown())
                 QThread::yieldCurrentThread();
         });
+        QThreadPool::globalInstance()->start([&] {
+            asking.release();
+            for (int i = 0; isBelieved && i < 2; ++i) // nobody is left to answer
+                unanswered += accessor.packageFileUrl(0, "f"_s).isEmpty() ? 1 : 0;
+        });
+        asking.acquire();
         application.reset();
+        QCOMPARE(int(unanswered), isBelieved ? 2 : 0);
         QCOMPARE(gone, 0); // the job is not on the thread of the source
         own.reset();
         QCOMPARE(gone, 1);
