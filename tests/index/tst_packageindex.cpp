@@ -289,6 +289,16 @@ Creating link between "m" and "p" with type 6)"));
         for (const QString &text : collidingTexts())
             catalogue.addPackage(text);
         QCOMPARE(buildIndex({catalogue})->packageCount(), 128);
+        // Of ids of any length each letter counts.
+        catalogue = {};
+        for (int length = 1; length <= 20; ++length) {
+            for (int letter = 0; letter < 100 * length; ++letter) {
+                QString id(length, QLatin1Char(' '));
+                id[letter / 100] = QChar('a' + letter % 100);
+                catalogue.addPackage(id);
+            }
+        }
+        QCOMPARE(buildIndex({catalogue})->packageCount(), 21000);
     }
 };
 
