@@ -99,7 +99,11 @@ private Q_SLOTS:
         QCOMPARE(FileProxyServer::defaultServer(), server);
     }
 
-    void cleanup() { server.reset(); }
+    void cleanup()
+    {
+        QTRY_VERIFY(!server || server->findChildren<QTcpSocket *>().isEmpty()); // clients are gone
+        server.reset();
+    }
 
     // What a client says ("%1" is the key), all that comes back, and whether the socket stays open.
     void speaksTheProtocol_data()
