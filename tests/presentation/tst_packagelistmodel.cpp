@@ -256,7 +256,8 @@ a sorter that is asked brings another index | index:A meanwhile:other
         const QWeakPointer<PackageIndex> firstIndex = stage->repository()->packageIndex();
         const auto block = [&] {
             pool->setMaxThreadCount(1);
-            pool->start([gate] { gate->acquire(); });
+            // The first index goes when it ends, on that thread, and so before any other job begins.
+            pool->start([gate, last = firstIndex.lock()] { gate->acquire(); });
             isHeld = true;
         };
         const LogCapture criticals("tamsel.packages"_s);
