@@ -124,6 +124,7 @@ private Q_SLOTS:
         QCOMPARE(stage.play(play), play);
         QCOMPARE(stage.model.roleNames(), (QHash<int, QByteArray>{{0, "id"}, {1, "name"}}));
         QVERIFY(!stage.model.index(0).data(2).isValid() && !stage.model.index(0).data(-1).isValid());
+        QVERIFY(!stage.model.data({}, 0).isValid());
     }
 
     void suggestions()
@@ -146,6 +147,7 @@ private Q_SLOTS:
         QVERIFY(stage.model.suggestionAt(-1).isNull() && stage.model.suggestionAt(2).isNull());
         QCOMPARE(stage.model.roleNames(), (QHash<int, QByteArray>{{0, "suggestion"}, {1, "displayString"}}));
         QVERIFY(!stage.model.index(0).data(2).isValid() && !stage.model.index(0).data(-1).isValid());
+        QVERIFY(!stage.model.data({}, 0).isValid());
         // Each text comes once, in the order of code units and in its own case; the search is no expression.
         for (const Row &row : rows(R"(
             AN      | Banana/B<b>an</b><b>an</b>a, Land/L<b>an</b>d, Man/M<b>an</b>, anAN/<b>an</b><b>AN</b>,
