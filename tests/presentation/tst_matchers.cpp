@@ -220,10 +220,7 @@ void tst_Matchers::sorters()
         SortByStringField byString;
         QVERIFY(!byInteger.sortFunction() && !byString.sortFunction());
         byInteger.setName("key"_s);
-        SignalLog log(&byString);
-        for (const char *name : {"key", "key"})
-            byString.setName(QLatin1String(name));
-        QCOMPARE(log.take(), "nameChanged"_s);
+        byString.setName("key"_s);
         QCOMPARE(row.with(garden.sorted(byInteger) + ", "_s + garden.sorted(byString)), row.text());
         for (int i = 0; i < 100; ++i) // whose order, as that of all equals, is that of the index
             garden.catalogue.addPackage("another %1"_s.arg(i));

@@ -7,6 +7,7 @@
 #include "support/table.h"
 
 #include <QImage>
+#include <QQmlProperty>
 #include <QTimer>
 #include <QtTest>
 
@@ -59,6 +60,12 @@ private Q_SLOTS:
                     const QVariant value = object ? object->property(qPrintable(name)) : QVariant();
                     if (value.isValid())
                         found += name + "="_s + (value.isNull() ? "null"_s : value.toString());
+                    const QQmlProperty text(object.data(), name);
+                    if (text.propertyType() != QVariant::String && text.propertyType() != QVariant::Url)
+                        continue;
+                    QSignalSpy changes(object.data(), text.property().notifySignal());
+                    QVERIFY(text.write("a:b"_s) && text.write("a:b"_s));
+                    QCOMPARE(changes.count(), 1); // the second time nothing changes
                 }
                 QCOMPARE(type + ": "_s + found.join(" "_s), type + ": "_s + row[1]);
             }
