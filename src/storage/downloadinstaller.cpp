@@ -105,10 +105,8 @@ void DownloadInstaller::download(int number, const QUrl &url, const QString &fil
 
 void DownloadInstaller::start()
 {
-    if (d->pending > 0)
-        return;
-    commit();
-    install();
+    if (d->pending == 0)
+        install(); // nothing is there to commit
 }
 
 // What cannot enter the store is not kept until the last download has ended: a server could answer each of
