@@ -143,6 +143,7 @@ private Q_SLOTS:
         row("gzip not checked", packed(gzip("owl").chopped(8) + "12345678"), 200, "", true);
         row("other encoding", HttpAnswer::with(200, "owl", "Content-Encoding: br\r\n"), 200, "", true);
         row("choices", HttpAnswer::with(300, "why"), 300, "why");
+        row("no encoding", HttpAnswer::with(200, "owl", "Content-Encoding: identity\r\n"), 200, "owl");
         row("no target", HttpAnswer::with(302, "owl"), 302, "owl");
     }
 
