@@ -93,7 +93,7 @@ void parse(benchmark::State &state, QJsonArray (*makeRows)(int))
 {
     const DataFile file(int(state.range(0)), makeRows);
     for (auto _ : state) {
-        const QJsonDocument parsed = QJsonDocument::fromJson(file.bytes);
+        QJsonDocument parsed = QJsonDocument::fromJson(file.bytes);
         benchmark::DoNotOptimize(parsed);
     }
     state.counters["bytes"] = double(file.bytes.size());

@@ -159,7 +159,7 @@ void categories(benchmark::State &state)
     const auto index = syntheticIndex(int(state.range(0)));
     const QString type = QStringLiteral("guide");
     for (auto _ : state) {
-        const KeywordList list = PackageIndex::selectKeywords(index, [&](KeywordNode *keyword) {
+        KeywordList list = PackageIndex::selectKeywords(index, [&](KeywordNode *keyword) {
             return keyword->isCategory() && keyword->linksToPackageType(QStringRef(&type));
         });
         benchmark::DoNotOptimize(list);

@@ -13,7 +13,9 @@ void RatioReporter::ReportRuns(const std::vector<Run> &runs)
     for (const Run &run : runs) {
         // With repetitions the median counts, without them the only run.
         const bool isMedian = run.run_type == Run::RT_Aggregate && run.aggregate_name == "median";
-        if (run.error_occurred || (run.run_type == Run::RT_Aggregate && !isMedian))
+        // The flag of a failed run is named differently from version to version; that it took no time is not.
+        const bool hasFailed = run.real_accumulated_time <= 0;
+        if (hasFailed || (run.run_type == Run::RT_Aggregate && !isMedian))
             continue;
         std::istringstream name(run.run_name.function_name + "/" + run.run_name.args);
         std::string subject;
