@@ -21,6 +21,7 @@ if(TAMSEL_SANITIZE)
 endif()
 
 set(TAMSEL_COMPILE_DEFINITIONS
+    _FILE_OFFSET_BITS=64 # files of more than 2 GiB where addresses have 32 bits
     QT_NO_CAST_FROM_ASCII
     QT_NO_CAST_TO_ASCII
     QT_NO_URL_CAST_FROM_STRING
