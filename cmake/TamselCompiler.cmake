@@ -10,6 +10,10 @@ endif()
 # Constructors name their parameters after the members that they set, which GCC's plain -Wshadow takes amiss.
 set(TAMSEL_COMPILE_OPTIONS
     -Wall -Wextra -Wpedantic $<IF:$<CXX_COMPILER_ID:GNU>,-Wshadow=local,-Wshadow> -Wconversion -Wno-sign-conversion -Wnon-virtual-dtor -Woverloaded-virtual)
+# Qt's logging macros may have no arguments, which clang's versions warn of under two names.
+if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    list(APPEND TAMSEL_COMPILE_OPTIONS -Wno-gnu-zero-variadic-macro-arguments -Wno-c++20-extensions)
+endif()
 if(TAMSEL_WERROR)
     list(APPEND TAMSEL_COMPILE_OPTIONS -Werror)
 endif()

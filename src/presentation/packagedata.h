@@ -35,8 +35,16 @@ class TAMSELPACKAGEMANAGER_EXPORT PackageData : public QObject, public QQmlParse
     /** What to read. None at first. */
     Q_PROPERTY(QQmlListProperty<ts::pm::ManifestField> manifestFields READ manifestFields NOTIFY
                    manifestFieldsChanged)
+    // Applications are not to hear of the name under clang's strict warnings.
+#ifdef __clang__
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wdollar-in-identifier-extension"
+#endif
     /** The values, for reading: one that QML writes goes, and comes back with the next update. */
     Q_PROPERTY(QQmlPropertyMap *$ READ manifest CONSTANT)
+#ifdef __clang__
+#pragma clang diagnostic pop
+#endif
     /** The same map as $. */
     Q_PROPERTY(QQmlPropertyMap *manifest READ manifest CONSTANT)
 

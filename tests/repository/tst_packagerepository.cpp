@@ -353,11 +353,11 @@ private Q_SLOTS:
             QSignalSpy translated(repository, &PackageRepository::translationsChanged);
             for (const auto &[id, other] : {std::pair("p"_s, "q"_s), std::pair("q"_s, "p"_s)})
                 connect(provider->packageReference(id), &PackageReference::translationsChanged, this,
-                        [&provider, all, other = other] {
+                        [&provider, all, neighbour = other] {
                             if (all)
                                 provider.reset();
                             else
-                                delete provider->packageReference(other);
+                                delete provider->packageReference(neighbour);
                         });
             repository->notifyTranslationUpdate();
             QCOMPARE(translated.count(), all ? 0 : 1);

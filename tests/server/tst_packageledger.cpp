@@ -191,15 +191,15 @@ private Q_SLOTS:
             6 2e6b776430000000 14 2e69737326000000 | H; O; 0i; 0l; 0k; 0t; 0p; 0l; OK
             80 f0ffffff               | H; O; 0i; 0l; 0k; 0t; 0p; 0l; OK
             80 0b000000 84 01000000   | H; O; 0i; 0l; 0k; 0t; 0p; 1l; critical: Failed to parse link with index 0; FAIL)")) {
-            QByteArray bytes = document();
+            QByteArray edited = document();
             const QStringList edits = row[0].split(QLatin1Char(' '));
             for (int i = 0; i < edits.size(); i += 2) {
                 const QByteArray operand = QByteArray::fromHex(edits.at(i + 1).toLatin1());
-                bytes.replace(edits.at(i).toInt(), operand.size(), operand);
+                edited.replace(edits.at(i).toInt(), operand.size(), operand);
             }
-            const QString log = logOf(bytes);
+            const QString log = logOf(edited);
             QCOMPARE(row.with(log), row.text());
-            QCOMPARE(isValid(bytes), log == goodLog);
+            QCOMPARE(isValid(edited), log == goodLog);
         }
         QVERIFY(isValid(document({".lnk", ".pkg", ".kwd", ".iss"}, {}, {}, 100)));
     }
@@ -226,11 +226,11 @@ private Q_SLOTS:
             pkg | 0100 0000 01000000 0000 0000 0000 0000 0000 | 0i; 0l; 0k; 1t; 1p; critical: Package parsing failed; FAIL
             lnk | 02000000 00010000000009000000 06 | 0i; 0l; 0k; 0t; 0p; 2l; critical: Failed to parse link with index 1; FAIL
             lnk | 01000000 09210000000009000000  | 0i; 0l; 0k; 0t; 0p; 1l; OK 9 33 0 9)")) {
-            const QByteArray bytes =
+            const QByteArray stored =
                 document(tags, '.' + row[0].toLatin1(), QByteArray::fromHex(row[1].toLatin1()))
                     .leftJustified(88, '.');
-            const PackageLedger ledger(bytes, "tag");
-            QStringList tables{logOf(bytes).mid(6)};
+            const PackageLedger ledger(stored, "tag");
+            QStringList tables{logOf(stored).mid(6)};
             if (ledger.valid && ledger.languages.size() + ledger.types.size() == 2)
                 tables.append(text(ledger.languages + ledger.types));
             for (const KeywordEntry &keyword : ledger.keywords)
@@ -239,7 +239,7 @@ private Q_SLOTS:
                 tables.append(
                     QString::asprintf("%u %u %u %u", link.type, link.flags, link.source, link.target));
             QCOMPARE(row.with(tables.join(QLatin1Char(' '))), row.text());
-            QCOMPARE(isValid(bytes), ledger.valid);
+            QCOMPARE(isValid(stored), ledger.valid);
         }
     }
 

@@ -7,22 +7,22 @@
 namespace ts::ledger {
 
 // About the first option that is missing; null if none is.
-QString CommandLine::Requirement::complaint(const QCommandLineParser &parser) const
+QString CommandLine::Requirement::complaint(const QCommandLineParser &given) const
 {
-    if (!instead.isEmpty() && parser.isSet(instead))
+    if (!instead.isEmpty() && given.isSet(instead))
         return QString();
     for (const QString &option : options) {
-        if (!parser.isSet(option))
+        if (!given.isSet(option))
             return instead.isEmpty() ? QStringLiteral("--%1 is missing.").arg(option)
                                      : QStringLiteral("--%1 or --%2 is missing.").arg(option, instead);
     }
     return QString();
 }
 
-QString CommandLine::Requirement::usage(const QMap<QString, QString> &valueNames) const
+QString CommandLine::Requirement::usage(const QMap<QString, QString> &values) const
 {
-    const auto inFull = [&valueNames](const QString &option) {
-        return QStringLiteral("--%1 <%2>").arg(option, valueNames.value(option));
+    const auto inFull = [&values](const QString &option) {
+        return QStringLiteral("--%1 <%2>").arg(option, values.value(option));
     };
     QStringList all;
     for (const QString &option : options)
@@ -69,21 +69,21 @@ void CommandLine::addArgument(const QString &name, const QString &description)
     parser.addPositionalArgument(name, description);
 }
 
-std::optional<int> CommandLine::parse(const QStringList &arguments)
+std::optional<int> CommandLine::parse(const QStringList &words)
 {
-    if (!parser.parse(arguments))
+    if (!parser.parse(words))
         return refuse(parser.errorText());
     if (parser.isSet(QStringLiteral("help")))
         return Console::print(help()) ? Success : Failure;
     const int given = parser.positionalArguments().size();
-    if (given > this->arguments.size())
+    if (given > arguments.size())
         return refuse(QStringLiteral("Unexpected argument '%1'.")
-                          .arg(parser.positionalArguments().at(this->arguments.size())));
-    if (given < this->arguments.size())
-        return refuse(QStringLiteral("%1 is missing.").arg(this->arguments.at(given)));
+                          .arg(parser.positionalArguments().at(arguments.size())));
+    if (given < arguments.size())
+        return refuse(QStringLiteral("%1 is missing.").arg(arguments.at(given)));
     const int empty = parser.positionalArguments().indexOf(QString());
     if (empty >= 0)
-        return refuse(QStringLiteral("%1 is empty.").arg(this->arguments.at(empty)));
+        return refuse(QStringLiteral("%1 is empty.").arg(arguments.at(empty)));
     if (const QString option = emptyOption(); !option.isNull())
         return refuse(QStringLiteral("--%1 is empty.").arg(option));
     if (const QString complaint = conflict(); !complaint.isNull())

@@ -32,8 +32,8 @@ public:
     /** Every argument that is added has to be given. */
     void addArgument(const QString &name, const QString &description);
 
-    /** \a arguments begin with the name of the command. The exit code if the command is to end at once. */
-    std::optional<int> parse(const QStringList &arguments);
+    /** \a words begin with the name of the command. The exit code if the command is to end at once. */
+    std::optional<int> parse(const QStringList &words);
 
     bool isSet(const QString &option) const { return parser.isSet(option); }
     QString value(const QString &option) const { return parser.value(option); }
@@ -45,8 +45,8 @@ public:
 private:
     struct Requirement
     {
-        QString complaint(const QCommandLineParser &parser) const;
-        QString usage(const QMap<QString, QString> &valueNames) const;
+        QString complaint(const QCommandLineParser &given) const;
+        QString usage(const QMap<QString, QString> &values) const;
 
         QStringList options;
         QString instead;
