@@ -5,6 +5,8 @@ const path = require("path");
 const vm = require("vm");
 const undici = require("undici");
 
+// The own fetch() of Debian's Node.js 18 loses an abort now and then.
+globalThis.fetch = undici.fetch;
 vm.runInThisContext(fs.readFileSync(path.join(__dirname, "visit.js")));
 
 const base = process.argv[2];
