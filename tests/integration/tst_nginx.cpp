@@ -290,8 +290,9 @@ void tst_Nginx::copesWithFiles()
 
     if (!error.isEmpty()) {
         QVERIFY(application.becomes(sound, PackageReference::Incomplete));
-        const QStringList lines = log.lines().filter("error "_s);
-        QCOMPARE(lines.size(), 1);
+        // A server that closes a connection without a word may take the next file with it.
+        const QStringList lines = log.lines().filter(idOf(call));
+        QVERIFY2(lines.size() == 1, qPrintable(log.lines().join(QLatin1Char('\n'))));
         QVERIFY2(lines.constFirst().contains(QRegularExpression("error "_s + error)),
                  qPrintable(lines.constFirst()));
         QVERIFY(!QFile::exists(application.package(sound)->getFileUrl("call.wav"_s).toLocalFile()));
