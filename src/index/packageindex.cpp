@@ -89,7 +89,7 @@ void destroyNodes(const QVector<PackageIndexNode *> &nodes, TranslatedManifest *
 void destroyNodesOnWorker(const QVector<PackageIndexNode *> &nodes, TranslatedManifest *retiredManifests,
                           QThread *mainThread)
 {
-    if (QThread::currentThread() == threadOfApplication(mainThread) && QThreadPool::globalInstance())
+    if (QThread::currentThread() == threadOfApplication(mainThread) && jobPool())
         runOnPool(QRunnable::create([=] { destroyNodes(nodes, retiredManifests); }));
     else
         destroyNodes(nodes, retiredManifests);

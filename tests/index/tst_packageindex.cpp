@@ -62,6 +62,13 @@ QStringList collidingTexts()
     return texts;
 }
 
+// Outlives the application, and what Qt keeps its threads in if that is made later.
+QSharedPointer<PackageIndex> &staticIndex()
+{
+    static QSharedPointer<PackageIndex> index;
+    return index;
+}
+
 } // namespace
 
 class tst_PackageIndex : public QObject
@@ -69,6 +76,7 @@ class tst_PackageIndex : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void initTestCase() { staticIndex(); }
     void cleanup() { QLocale::setDefault(QLocale::c()); }
 
     void choosesTheLanguage()
@@ -299,6 +307,12 @@ Creating link between "m" and "p" with type 6)"));
             }
         }
         QCOMPARE(buildIndex({catalogue})->packageCount(), 21000);
+    }
+
+    void goesAfterTheApplication()
+    {
+        staticIndex() = buildIndex({graph("p1 is_a k"_s)});
+        QCOMPARE(staticIndex()->packageCount(), 1); // and the program ends well
     }
 };
 
