@@ -10,6 +10,7 @@
 #include <QNetworkReply>
 #include <QNetworkRequest>
 #include <QPointer>
+#include <QStringList>
 #include <QTimer>
 
 #include <memory>
@@ -31,6 +32,7 @@ public:
 
     void send();
     void start();
+    void explainHandshake();
     void loseManager();
     void readHead();
     void readBody();
@@ -61,6 +63,7 @@ public:
     QTimer silence;
     QByteArray body;
     QString errorString;
+    QStringList handshakeFaults;
     qint64 maximumSize;
     qint64 received = 0; // bytes of the body as they were sent
     qint64 size = 0;     // bytes of the body after decompression

@@ -2,6 +2,9 @@
 #include "request_p.h"
 
 #include <QLoggingCategory>
+#if QT_CONFIG(ssl)
+#include <QSslError>
+#endif
 
 #include <algorithm>
 #include <limits>
@@ -83,7 +86,19 @@ void RequestPrivate::start()
     QObject::connect(reply, &QNetworkReply::readyRead, q, [this] { readBody(); });
     QObject::connect(reply, &QNetworkReply::finished, q, [this] { endBody(); });
     QObject::connect(reply, &QObject::destroyed, q, [this] { loseManager(); });
+    explainHandshake();
     silence.start();
+}
+
+// Qt's error says that the handshake has failed, and not which of its checks.
+void RequestPrivate::explainHandshake()
+{
+#if QT_CONFIG(ssl)
+    QObject::connect(reply, &QNetworkReply::sslErrors, q, [this](const QList<QSslError> &errors) {
+        for (const QSslError &sslError : errors)
+            handshakeFaults.append(sslError.errorString());
+    });
+#endif
 }
 
 void RequestPrivate::loseManager()
@@ -230,7 +245,8 @@ void RequestPrivate::endBody()
     if (!alive || settled)
         return;
     if (reply->error() != QNetworkReply::NoError)
-        return settle(reply->error(), errorTextOf(*reply));
+        return settle(reply->error(),
+                      (QStringList(errorTextOf(*reply)) + handshakeFaults).join(QLatin1String("; ")));
     if (status == 0)
         return settle(QNetworkReply::ProtocolFailure, QStringLiteral("Not an HTTP answer"));
     if (declaredSize() > received || (inflater && received > 0 && !inflater->isComplete()))

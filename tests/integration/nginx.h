@@ -26,10 +26,14 @@ public:
         port = free.serverPort();
     }
 
-    /** Starts it, anew if it runs, with \a directives added. The port stays the same. */
-    [[nodiscard]] bool start(const QString &directives = QString())
+    enum Encryption { Plain, Tls };
+
+    /** Starts it, anew if it runs, with \a directives added. The port stays the same. For TLS "server.pem"
+     * and "server.key" have to be in its directory. */
+    [[nodiscard]] bool start(const QString &directives = QString(), Encryption encryption = Plain)
     {
         stop();
+        scheme = encryption == Tls ? "https"_s : "http"_s;
         QFile::remove(directory + "access.log"_s);
         if (!configure(directives))
             return false;
@@ -40,7 +44,7 @@ public:
     }
     void stop() { process.end(); }
 
-    QUrl url() const { return QUrl("http://127.0.0.1:%1"_s.arg(port)); }
+    QUrl url() const { return QUrl("%1://127.0.0.1:%2"_s.arg(scheme).arg(port)); }
 
     /** Answers since it was started that match \a pattern, as in "status;path;tag;credentials;encoding" with
      * what was asked for and how the body came. */
@@ -62,8 +66,10 @@ private:
     {
         const QString page = QString::fromUtf8(readFile(QStringLiteral(PUBLISHING_PAGE)));
         QString server = page.section("```nginx\n"_s, 1).section("```"_s, 0, 0);
-        server.remove(QRegularExpression("ssl_certificate[^;]*;"_s)); // it speaks plain HTTP here
-        server.replace("443 ssl"_s, "127.0.0.1:%1"_s.arg(port));
+        if (scheme == "http"_s)
+            server.remove(QRegularExpression("(ssl_certificate[^;]*;| ssl(?=;))"_s));
+        server.replace(QRegularExpression("/etc/ssl/.*\\."_s), directory + "server."_s);
+        server.replace("listen 443"_s, "listen 127.0.0.1:%1"_s.arg(port));
         server.replace("/srv/catalogue;"_s, "%1www;\n%2"_s.arg(directory, directives));
         for (const char *kind : {"client_body", "proxy", "fastcgi", "uwsgi", "scgi"})
             server.prepend("%1_temp_path temporary;\n"_s.arg(QLatin1String(kind)));
@@ -76,6 +82,7 @@ private:
 
     const QString directory;
     ChildProcess process;
+    QString scheme = "http"_s;
     quint16 port = 0;
 };
 

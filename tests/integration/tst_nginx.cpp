@@ -16,6 +16,8 @@
 #include <TamselAccount/Service>
 
 #include <QDirIterator>
+#include <QScopeGuard>
+#include <QSslConfiguration>
 #include <QThreadPool>
 #include <QUuid>
 #include <QtTest>
@@ -88,6 +90,7 @@ private Q_SLOTS:
     void init();
     void pollsWithTags_data();
     void pollsWithTags();
+    void knowsItsServer();
     void startsWhileTheServerIsAway();
     void copesWithLedgers();
     void copesWithFiles_data();
@@ -174,6 +177,38 @@ void tst_Nginx::pollsWithTags()
     QTRY_COMPARE(nginx.count(answers.arg("304"_s, QString(), tag, QString())), 1);
     QTRY_COMPARE(nginx.count(answers.arg("200"_s, QString(), tag, encoding)), 1);
     QTRY_COMPARE(nginx.count(answers.arg("200"_s, "/"_s + idOf(call), QString(), encoding)), 1);
+}
+
+// By a certificate, at first of nobody whom it trusts. No server leads it from there to where anybody
+// listens.
+void tst_Nginx::knowsItsServer()
+{
+    const QString certificate = workshop.path("server.pem"_s);
+    const auto make = "req -x509 -newkey ec -pkeyopt ec_paramgen_curve:prime256v1 -nodes -subj /CN=x "
+                      "-addext subjectAltName=IP:127.0.0.1 -out %1 -keyout %2"_s;
+    const QStringList arguments = make.arg(certificate, workshop.path("server.key"_s)).split(" "_s);
+    QCOMPARE(QProcess::execute(QStringLiteral(OPENSSL), arguments), 0);
+    QVERIFY(nginx.start(QString(), Nginx::Tls));
+    const LogCapture log("tamsel.request"_s);
+    QCOMPARE(Application(nginx.url()).poll(), int(Polled::PollFailed));
+
+    const QSslConfiguration untrusting = QSslConfiguration::defaultConfiguration();
+    const auto restore = qScopeGuard([&] { QSslConfiguration::setDefaultConfiguration(untrusting); });
+    QSslConfiguration trusting = untrusting;
+    QVERIFY(trusting.addCaCertificates(certificate));
+    QSslConfiguration::setDefaultConfiguration(trusting);
+    QCOMPARE(Application(nginx.url()).poll(), int(Polled::LedgerUpdated));
+    ScriptedServer plain;
+    plain.setAnswer("/api/v1/ledger", HttpAnswer::redirect(302, nginx.url().toEncoded() + "/api/v1/ledger"));
+    QCOMPARE(Application(plain.url()).poll(), int(Polled::LedgerUpdated));
+    const int asked = plain.requests().size();
+    QVERIFY(nginx.start("rewrite ^ %1 redirect;"_s.arg(plain.url().toString()), Nginx::Tls));
+    QCOMPARE(Application(nginx.url()).poll(), int(Polled::PollFailed));
+    QCOMPARE(plain.requests().size(), asked);
+
+    QCOMPARE(log.lines().size(), 2);
+    QVERIFY2(log.lines().at(0).contains("self-signed"_s), qPrintable(log.lines().at(0)));
+    QVERIFY2(log.lines().at(1).contains("less safe"_s), qPrintable(log.lines().at(1)));
 }
 
 void tst_Nginx::startsWhileTheServerIsAway()
