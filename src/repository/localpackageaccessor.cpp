@@ -29,8 +29,9 @@ QString pathOfType(const QString &type)
 
 } // namespace
 
+// The working directory may be another one when files are looked for.
 LocalPackageAccessor::LocalPackageAccessor(const QString &root)
-    : root(root)
+    : root(QDir(root).absolutePath())
 {
 }
 

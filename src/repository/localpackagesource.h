@@ -27,7 +27,8 @@ class TAMSELPACKAGEMANAGER_EXPORT LocalPackageSource : public PackageSource
     Q_OBJECT
 
 public:
-    /** \a root is the directory that holds "packages", "dictionary" and "links". It need not exist. */
+    /** \a root is the directory that holds "packages", "dictionary" and "links". It need not exist. If it is
+     * relative, it is looked for anew in the working directory of each index build. */
     explicit LocalPackageSource(const QString &root, QObject *parent = nullptr);
     ~LocalPackageSource() override;
 

@@ -37,10 +37,11 @@ struct Catalogue : DirectoryCatalogue
             qFatal("Cannot make %s", qPrintable(name));
     }
 
-    // Sorted; of packages whose files are where their URLs lead.
+    // Sorted; of packages whose files are where their URLs lead. A relative path means what it did at first.
     QStringList records() const
     {
-        LocalPackageAccessor accessor(path());
+        LocalPackageAccessor accessor(QDir::current().relativeFilePath(path()));
+        QDir::setCurrent("/"_s);
         accessor.initialize();
         QStringList records = recordsOf(accessor);
         for (int i = accessor.packageCount() - 1; i >= 0; --i) {
@@ -48,6 +49,7 @@ struct Catalogue : DirectoryCatalogue
                 records.removeAt(i);
         }
         records.sort();
+        QDir::setCurrent(QDir::tempPath());
         return records;
     }
 };
