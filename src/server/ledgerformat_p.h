@@ -22,6 +22,10 @@ constexpr int SignatureSize = 64;
 constexpr int DigestSize = 28;
 constexpr int LinkSize = 10;
 
+// Keywords, their translations and values together. Some take 3 bytes of a document and 16 times as many in
+// memory, and no signature covers them. Real catalogues have less than a tenth of it.
+constexpr int MostPartsOfKeywords = 8388608;
+
 // The least that a whole record of the kind takes, with all its texts empty.
 constexpr int MinimumPackageSize = 74;
 constexpr int MinimumFileSize = 30;

@@ -79,13 +79,14 @@ Section section(const PackageLedger &ledger, const char *tag)
 }
 
 /** Reads the forms of a keyword in one language. */
-bool parseTranslation(LedgerCursor fields, int languageCount, KeywordEntry *keyword)
+bool parseTranslation(LedgerCursor fields, int languageCount, KeywordEntry *keyword, int *room)
 {
     quint16 language = 0;
     quint8 valueCount = 0;
     fields.read(&language);
     bool complete = fields.read(&valueCount);
-    if (language >= languageCount)
+    *room -= 1 + valueCount;
+    if (language >= languageCount || *room < 0)
         return false;
     QVector<Utf8String> values;
     values.reserve(fields.plausible(valueCount, MinimumStringSize));
@@ -311,16 +312,17 @@ bool PackageLedger::parseKeywords()
     if (!complete || !fields.read(&count))
         return false;
     qCDebug(lcLedger) << "Ledger contains" << count << "keywords";
+    int room = MostPartsOfKeywords;
     for (quint32 i = 0; i < count; ++i) {
-        if (!parseKeyword(&cursor, end))
+        if (!parseKeyword(&cursor, end, &room))
             return false;
     }
     return true;
 }
 
-bool PackageLedger::parseKeyword(const char **cursor, const char *end)
+bool PackageLedger::parseKeyword(const char **cursor, const char *end, int *room)
 {
-    if (keywords.size() >= maximumEntries<KeywordEntry>)
+    if (--*room < 0)
         return false;
     LedgerCursor fields(cursor, end);
     KeywordEntry keyword;
@@ -332,7 +334,7 @@ bool PackageLedger::parseKeyword(const char **cursor, const char *end)
         return false;
     keyword.type = type;
     for (int i = 0; i < translationCount; ++i) {
-        if (!parseTranslation(fields, languages.size(), &keyword))
+        if (!parseTranslation(fields, languages.size(), &keyword, room))
             return false;
     }
     keywords.append(keyword);

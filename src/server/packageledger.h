@@ -128,7 +128,7 @@ private:
     bool parseIssuers();
     bool parseIssuer(const char **cursor, const char *end);
     bool parseKeywords();
-    bool parseKeyword(const char **cursor, const char *end);
+    bool parseKeyword(const char **cursor, const char *end, int *room);
     bool parsePackages();
     bool parsePackage(const char **cursor, const char *end);
     bool parseLinks();

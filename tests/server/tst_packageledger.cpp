@@ -64,7 +64,9 @@ bool isValid(const QByteArray &document)
 // In four bytes.
 QByteArray number(int value)
 {
-    return QByteArray(1, char(value & 0xff)) + char(value >> 8) + QByteArray(2, 0);
+    QByteArray bytes(4, 0);
+    qToLittleEndian(value, bytes.data());
+    return bytes;
 }
 
 // What QDataStream writes for bytes.
@@ -240,6 +242,18 @@ private Q_SLOTS:
                     QString::asprintf("%u %u %u %u", link.type, link.flags, link.source, link.target));
             QCOMPARE(row.with(tables.join(QLatin1Char(' '))), row.text());
             QCOMPARE(isValid(stored), ledger.valid);
+        }
+    }
+
+    // A document of 17 MB with 2^23 of them, the keyword among them, and one with fewer.
+    void limitsThePartsOfKeywords()
+    {
+        const QByteArray translation = QByteArray("\0\0\xff", 3) + QByteArray(2 * 255, 0); // with its values
+        for (const int count : {0x7fff, 0x8000}) {
+            const QByteArray head = QByteArray::fromHex("0100 0000 01000000 02 0000") + number(count).left(2);
+            QCOMPARE(isValid(document({".iss", ".pkg", ".lnk", ".kwd"}, ".kwd",
+                                      head + translation.repeated(count))),
+                     count < 0x8000);
         }
     }
 

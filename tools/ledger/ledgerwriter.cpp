@@ -182,6 +182,9 @@ public:
         check(records.languages, QStringLiteral("language"));
         for (const KeywordRecord &keyword : records.keywords)
             check(keyword);
+        place = QStringLiteral("The ledger");
+        atMost(partsOfKeywords, format::MostPartsOfKeywords,
+               QStringLiteral("keywords, their languages and strings together"));
         check(records.types, QStringLiteral("package type"));
         for (const PackageRecord &package : records.packages)
             check(package);
@@ -218,8 +221,10 @@ private:
     {
         place = placeOf(keyword.origin, keyword.id);
         text(keyword.id, QStringLiteral("id"));
+        partsOfKeywords += 1 + quint64(keyword.translations.size());
         atMost(quint64(keyword.translations.size()), largestCount16, QStringLiteral("languages"));
         for (const TranslationRecord &translation : keyword.translations) {
+            partsOfKeywords += quint64(translation.values.size());
             atMost(quint64(translation.values.size()), largestCount8,
                    QStringLiteral("strings in a language"));
             for (const QByteArray &value : translation.values)
@@ -268,6 +273,7 @@ private:
 
     QString place;
     QStringList errors;
+    quint64 partsOfKeywords = 0;
 };
 
 } // namespace
