@@ -64,6 +64,10 @@ ModelLog::ModelLog(QAbstractListModel *model)
     , model(model)
     , tester(model, QAbstractItemModelTester::FailureReportingMode::Fatal)
 {
+    connect(model, &QAbstractItemModel::modelAboutToBeReset, this, [this, model] {
+        if (model->rowCount() != mirror.size())
+            lines.append("too early"_s);
+    });
     connect(model, &QAbstractItemModel::modelReset, this, [this, model] {
         mirror = read(0, model->rowCount() - 1);
         lines.append("reset"_s);
