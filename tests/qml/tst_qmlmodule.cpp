@@ -61,7 +61,8 @@ private Q_SLOTS:
                     if (value.isValid())
                         found += name + "="_s + (value.isNull() ? "null"_s : value.toString());
                     const QQmlProperty text(object.data(), name);
-                    if (text.propertyType() != QVariant::String && text.propertyType() != QVariant::Url)
+                    const int kind = text.propertyType();
+                    if (kind != QVariant::String && kind != QVariant::Url && kind != QVariant::StringList)
                         continue;
                     QSignalSpy changes(object.data(), text.property().notifySignal());
                     QVERIFY(text.write("a:b"_s) && text.write("a:b"_s));
