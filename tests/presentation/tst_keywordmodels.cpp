@@ -130,7 +130,7 @@ private Q_SLOTS:
     void suggestions()
     {
         const QString play =
-            "provide[packageProviderChanged] "
+            "provide[packageProviderChanged] provide "
             "search:w[searchStringChanged, reset, countChanged; water/<b>w</b>ater, wood/<b>w</b>ood] "
             "publish[reset] type:plant[packageTypeChanged, reset, countChanged; water/<b>w</b>ater] "
             "type:plant "
