@@ -36,7 +36,7 @@ public:
     {
         catalogue =
             graph("palm is_a treetop, pine is_a treetop, treetop contains shade, poppy relates_to shade, "
-                  "treetop is_a tree, tree is_a treetop, "
+                  "treetop is_a tree, tree is_a treetop, pine requires poppy, "
                   "pine is_not_a shade"_s); // which it has by way of the treetop
         catalogue.manifests["palm"_s] = R"({"picture": null})"_json;
         catalogue.manifests["poppy"_s] = R"({"picture": ""})"_json;
