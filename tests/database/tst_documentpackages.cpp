@@ -81,6 +81,7 @@ private Q_SLOTS:
             QCOMPARE(found, "[   0 0][x compat:my:bird 1-a 3 1][y compat:my:bird  1 1]"
                             "[ compat:my:bird  0 1][ compat:my:bird  0 1][   0 0]"_s);
             QVERIFY(accessor.packageFileUrl(0, "f"_s).isEmpty() && accessor.keywordLanguages().isEmpty());
+            QVERIFY(accessor.keywordCount() == 0 && accessor.linkCount() == 0);
         }
     }
 
