@@ -172,6 +172,13 @@ private Q_SLOTS:
     {
         const QString picture = write("picture"_s);
         const InstallLocation owl = InstallLocation::createRoot().subLocation("birds/owl"_s);
+        const auto nextDescriptor = [] {
+            const int next = open("/", O_RDONLY);
+            return close(next), next;
+        };
+        const int descriptor = nextDescriptor();
+        QVERIFY(InstallDirectory(owl).installFile(picture, "zeroth"_s));
+        QCOMPARE(nextDescriptor(), descriptor);
         InstallDirectory directory(owl);
         QVERIFY(directory.installFile(picture, "first"_s) && directory.installFile(picture, "second"_s));
         const QStringList before = everything();
