@@ -129,7 +129,7 @@ private Q_SLOTS:
             | {"a":{"k":1},"l":[{"k":1}]} | {"l":1,"a":2} | {"a":1,"a":2,"k":3} | {"k":1,"k":2}
             | {"\u006b":1,"l":2} | {"a":-0} | {"a":00} | {"a":1.0} | {"a":1e2} | {"a":-7} | {"a":-} | {"a":tru}
             | {"a":999999999999999} | {"a":9007199254740993} | { "a":1} | {"a":1}%20 | {"a":1}x | {"a":1
-            | {"a":1,} | {"a":[1,]} | {"a":"%09"} | {"%c3%a4":"%e2%82%ac%f0%9f%98%80","k":1}
+            | {"a":1,} | {"a":[1,]} | {"a":[,]} | {"a":"%09"} | {"%c3%a4":"%e2%82%ac%f0%9f%98%80","k":1}
             | {"a":"%ef%bb%bf b"} | {"a":"%c0%af"} | {"a":"%ed%a0%80"} | {"a":"%f4%90%80%80"} | {"a":"%c3"}
             | {"%ef%ac%b3":1,"%f0%9f%98%80":2} | {"%f0%9f%98%80":2,"%ef%ac%b3":1})";
         for (const QByteArray &part : texts.split('|')) {
@@ -161,6 +161,8 @@ private Q_SLOTS:
         QVERIFY(canonical("{\"\\ud83d\\ude00\":1,\"\\ufb33\":2,\"\xef\xac\xb3\":2,\"]\":4}").isNull());
         QCOMPARE(JsonSignature::toByteArray(nested(1536)).size(), 1535 * 6 + 2);
         QVERIFY(JsonSignature::toByteArray(nested(1537)).isNull());
+        const QByteArray deep = "{\"a\":" + QByteArray(1000000, '[');
+        QCOMPARE(JsonSignature::toByteArray(deep, QLatin1String("b")), QByteArray("{}"));
         QCOMPARE(form(QString(400000, QChar(1))).size(), 400000 * 6 + 8);
     }
 };
