@@ -16,6 +16,7 @@
 #include <csignal>
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -98,7 +99,9 @@ private Q_SLOTS:
             couchdb --url ftp://me:word@x/y c  | '...@x/y' is no URL
             couchdb --url http:///y c          | 'http:///y' is no URL
             keygen keys/                       | 'keys/' names no file
-            serve www more                     | Unexpected argument 'more')")) {
+            serve www more                     | Unexpected argument 'more'
+            serve --port 65536 www             | '65536' is no port
+            server www                         | There is no command 'server')")) {
             const Outcome outcome = workshop.run(row[0]);
             QVERIFY2(outcome.exitCode == 2 && outcome.errors.contains(row[1]), qPrintable(outcome.errors));
         }
@@ -148,8 +151,8 @@ private Q_SLOTS:
                       {"from":"tree","type":"requires","to":"top"}]})"));
         const QString tables = workshop.run("inspect one"_s).output;
         QVERIFY(tables.contains(" / B\u00e4ume, tree / trees\n"_s)
-                && tables.contains("2 keywords in 2 languages"_s)
-                && tables.contains("\n            top  "_s));
+                && tables.contains("2 keywords in 2 languages"_s) && tables.contains("\n            top  "_s)
+                && tables.contains("\ntree  requires  top"_s));
     }
 
     // In a catalogue that is good otherwise; "<x*3>" is "xxx". Without a message it can be published.
@@ -164,6 +167,7 @@ private Q_SLOTS:
             packages/a/manifest.json    | {"t":"\udc00"}            | : no canonical form
             packages/a/manifest.json    | {"t":9007199254740993}    | packages/a: the manifest has a number
             packages/a/manifest.json    | {                         | : no JSON, at byte
+            packages/a/manifest.json    | {"type":"x"}              | warning: packages/a: the manifest's key 'type'
             packages/top/sub/file       | x                         | packages/top/sub: sub-directory of a package
             packages/b:c/d/manifest.json | {}                       | packages/b:c: a ':'
             packages/tree/manifest.json | {} | packages/tree: the id 'tree' is that of dictionary/tree.json
@@ -251,12 +255,16 @@ private Q_SLOTS:
         SignedLedger ledger(2);
         for (const QByteArray id : {"oak", "ash", "yew"})
             ledger.addPackage(id, "tree", "{}", {}, 1);
-        QCOMPARE(verify(ledger).exitCode, 0);
+        ledger.records.links = {{0, 0x1F, 3, 0}, {0, 0x0F, 2, 0}}; // from and to what is not there
+        Outcome outcome = verify(ledger);
+        QVERIFY(outcome.exitCode == 0 && outcome.errors.count("an end that is not in"_s) == 2);
+        const QString tables = workshop.run("inspect CATALOGUE/ledger"_s).output;
+        QVERIFY(tables.contains("\n?3 "_s) && tables.contains("  ?0\n"_s));
         SignedLedger spelled; // the second path reads like the first, and is spelled exactly
         spelled.addPackage("oak", "tree", "{}", {{"a\x80", "1"}, {"a\xef\xbf\xbd", "2"}});
         QVERIFY(PackageLedger(spelled.toByteArray(), QByteArray()).valid);
         ledger.records.packages[1].manifest = "{\"a\":1}";
-        Outcome outcome = verify(ledger);
+        outcome = verify(ledger);
         QCOMPARE(outcome.exitCode, 3);
         QVERIFY(outcome.errors.contains("'ash'"_s) && !outcome.errors.contains("'oak'"_s));
         ledger.sign(ledger.records.packages[1], "{\"a\":1}");
@@ -392,8 +400,12 @@ private Q_SLOTS:
         const QDir served(workshop.path("www/api/v1/ledger"_s));
         QVERIFY(QFile::copy(served.filePath("index"_s), served.filePath("index.AbCdEf"_s)));
         QFile lock(served.filePath(".lock"_s));
-        QVERIFY(lock.open(QIODevice::WriteOnly));
-        QCOMPARE(workshop.run(publish).exitCode, 0);
+        QVERIFY(lock.open(QIODevice::WriteOnly) && flock(lock.handle(), LOCK_EX) == 0);
+        QProcess next;
+        workshop.start(next, publish);
+        QVERIFY(!next.waitForFinished(300)); // as long as another one is at work
+        lock.close();
+        QVERIFY(next.waitForFinished() && next.exitCode() == 0);
         QCOMPARE(served.entryList({"*.??????"_s}, QDir::Files), QStringList());
     }
 
@@ -407,12 +419,19 @@ private Q_SLOTS:
             answer.then = HttpAnswer::Stall; // closing would reset what the client still sends
             return answer;
         });
+        workshop.catalogue.writeFile("login"_s, "me:word\n");
+        const QString url = database.url("/c"_s).toString();
         QProcess process;
-        workshop.start(process, "couchdb --url "_s + database.url("/c"_s).toString() + " CATALOGUE"_s);
+        workshop.start(process, "couchdb --credentials CATALOGUE/login --url %1 CATALOGUE"_s.arg(url));
         QTRY_COMPARE(process.state(), QProcess::NotRunning);
         QCOMPARE(process.exitCode(), 1);
+        QCOMPARE(database.requests().constLast().headers.value("authorization"),
+                 "Basic " + QByteArray("me:word").toBase64());
         const QByteArray errors = process.readAllStandardError();
         QVERIFY2(errors.contains("answered for 0 of 8 documents"), errors.constData());
+        QCOMPARE(workshop.run("couchdb --output documents CATALOGUE"_s).exitCode, 0);
+        const QJsonObject documents = QJsonDocument::fromJson(workshop.content("documents"_s)).object();
+        QCOMPARE(documents.value("docs"_s).toArray().size(), 6); // all but the two with the views
         QCOMPARE(workshop.run("build SIGNED --output ledger CATALOGUE"_s).exitCode, 0);
         database.setAnswer("/a%2Fb", HttpAnswer::with(200, workshop.content("ledger"_s)));
         workshop.start(process, "verify --files "_s + database.url().toString() + "a%2Fb"_s);
@@ -424,10 +443,11 @@ private Q_SLOTS:
     {
         Workshop workshop;
         fill(workshop.catalogue);
+        workshop.catalogue.writeFile("packages/top/empty"_s, QByteArray());
         QCOMPARE(workshop.run("serve www"_s).exitCode, 1);
         QCOMPARE(workshop.run("publish SIGNED CATALOGUE www"_s).exitCode, 0);
         QProcess server;
-        workshop.start(server, "serve --port 0 www"_s);
+        workshop.start(server, "serve --verbose --port 0 www"_s);
         QTRY_VERIFY(server.canReadLine());
         const QUrl url(QString::fromUtf8(server.readLine()).trimmed() + "api/v1/ledger"_s);
         QNetworkAccessManager manager;
@@ -451,6 +471,7 @@ private Q_SLOTS:
         fill(workshop.catalogue, 2);
         QCOMPARE(workshop.run("publish SIGNED CATALOGUE www"_s).exitCode, 0);
         QCOMPARE(get(url, ledgerTag).first, 200);
+        QVERIFY(server.readAllStandardOutput().contains("GET /api/v1/ledger 304\n"));
         server.terminate();
         QVERIFY(server.waitForFinished());
         QCOMPARE(server.exitStatus() == QProcess::NormalExit ? server.exitCode() : -1, 0);
