@@ -206,6 +206,7 @@ private Q_SLOTS:
             {200, "no ledger", Polled::LedgerRejected},
             {200, forged.toByteArray(), Polled::LedgerRejected},
             {503, "away", Polled::PollFailed},
+            {206, newer.toByteArray(), Polled::PollFailed},
             {200, newer.toByteArray(), Polled::LedgerUpdated},
         };
         for (const auto &[status, body, result] : steps) {
@@ -408,13 +409,15 @@ private Q_SLOTS:
     void installs()
     {
         const LogCapture log("tamsel.packages"_s);
-        Stage http({{"1", "first"}, {"2", "absent"}, {"3", "third"}, {"4", "first"}, {"5", "signed"}});
+        Stage http({{"1", "first"}, {"2", "absent"}, {"3", "part"}, {"4", "first"}, {"5", "signed"}});
         http.answerFile("absent", 404);
         http.answerFile("signed", 200, "forged");
-        QCOMPARE(
-            install(*http.accessor, 0),
-            "1 2 3 4 5; status -1\n2 Download of ./api/v1/ledger/%1 failed with code 404, error 203\n"
-            "3 Commit of file %2 (./api/v1/ledger/%2) failed (code 2)"_s.arg(idOf("absent"), idOf("signed")));
+        http.answerFile("part", 206, "part");
+        QCOMPARE(install(*http.accessor, 0),
+                 "1 2 3 4 5; status -1\n2 Download of ./api/v1/ledger/%1 failed with code 404, error 203\n"
+                 "2 Download of ./api/v1/ledger/%2 failed with code 206, error 0\n"
+                 "3 Commit of file %3 (./api/v1/ledger/%3) failed (code 2)"_s.arg(
+                     idOf("absent"), idOf("part"), idOf("signed")));
         QVERIFY(!FileStore::defaultStore()->contains(idOf("signed")));
         http.ledger.addPackage("deep", "plant", "{}", {{"a/b", "first"}});
         http.open();
