@@ -159,6 +159,7 @@ private Q_SLOTS:
             p2 is_a m, p1 relates_to m, m contains k          | t | yes
             x is_a n, n uses m, p1 is_not_a o, o contains m, p2 is_a m, m contains k | t | yes
             p1 uses m, m is_a k, p2 is_a k                    | t | yes
+            p1 is_not_a k, p2 is_a k                          | t | yes
             p contains m, m contains n, n contains k          | t | yes
             p contains m, m relates_to n, n contains k        | t | no
             p is m, m contains n, n relates_to k              | t | yes
