@@ -73,6 +73,8 @@ private Q_SLOTS:
             QCOMPARE(QFile::remove(workshop.path("out"_s)), outcome.exitCode == 0);
         }
 
+        const QJsonObject certificate = QJsonDocument::fromJson(workshop.content("issuer.json"_s)).object();
+        QCOMPARE(certificate.keys().join(QLatin1Char(' ')), "name publicKey secondName signature"_s);
         const QByteArray key = workshop.content("issuer.key.pem"_s);
         QCOMPARE(QFile::permissions(workshop.path("issuer.key.pem"_s)), QFile::Permissions(0x6600));
         QCOMPARE(workshop.run("keygen issuer"_s).exitCode, 1);
