@@ -176,6 +176,7 @@ private Q_SLOTS:
             const int next = open("/", O_RDONLY);
             return close(next), next;
         };
+        QThreadPool::globalInstance()->waitForDone(); // the clean-up opens directories, too
         const int descriptor = nextDescriptor();
         QVERIFY(InstallDirectory(owl).installFile(picture, "zeroth"_s));
         QCOMPARE(nextDescriptor(), descriptor);
