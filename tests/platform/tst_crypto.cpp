@@ -107,7 +107,7 @@ private Q_SLOTS:
 
     void canonicalForm()
     {
-        QFile corpus(QFINDTESTDATA("canonicaljson.txt"));
+        QFile corpus(QStringLiteral(CORPUS));
         QVERIFY(corpus.open(QIODevice::ReadOnly));
         int cases = 0;
         for (; !corpus.atEnd(); ++cases) {
