@@ -25,6 +25,8 @@ using namespace ts::pm::test;
 
 namespace {
 
+constexpr int patience = 60000; // milliseconds; long, since the machine may be busy
+
 void fill(DirectoryCatalogue &catalogue, int version = 1)
 {
     catalogue.writePackage("plant/tree"_s, "oak"_s, {{"title"_s, "Eiche"_s}, {"year"_s, 1753}});
@@ -425,7 +427,7 @@ private Q_SLOTS:
         const QString url = database.url("/c"_s).toString();
         QProcess process;
         workshop.start(process, "couchdb --credentials CATALOGUE/login --url %1 CATALOGUE"_s.arg(url));
-        QTRY_COMPARE(process.state(), QProcess::NotRunning);
+        QTRY_COMPARE_WITH_TIMEOUT(process.state(), QProcess::NotRunning, patience);
         QCOMPARE(process.exitCode(), 1);
         QCOMPARE(database.requests().constLast().headers.value("authorization"),
                  "Basic " + QByteArray("me:word").toBase64());
@@ -437,7 +439,7 @@ private Q_SLOTS:
         QCOMPARE(workshop.run("build SIGNED --output ledger CATALOGUE"_s).exitCode, 0);
         database.setAnswer("/a%2Fb", HttpAnswer::with(200, workshop.content("ledger"_s)));
         workshop.start(process, "verify --files "_s + database.url().toString() + "a%2Fb"_s);
-        QTRY_COMPARE(process.state(), QProcess::NotRunning);
+        QTRY_COMPARE_WITH_TIMEOUT(process.state(), QProcess::NotRunning, patience);
         QVERIFY(database.requests().constLast().path.startsWith("/a%2Fb/"));
     }
 
@@ -450,7 +452,7 @@ private Q_SLOTS:
         QCOMPARE(workshop.run("publish SIGNED CATALOGUE www"_s).exitCode, 0);
         QProcess server;
         workshop.start(server, "serve --verbose --port 0 www"_s);
-        QTRY_VERIFY(server.canReadLine());
+        QTRY_VERIFY_WITH_TIMEOUT(server.canReadLine(), patience);
         const QUrl url(QString::fromUtf8(server.readLine()).trimmed() + "api/v1/ledger"_s);
         QNetworkAccessManager manager;
         QByteArray tag;
@@ -480,7 +482,7 @@ private Q_SLOTS:
 
         // A client that does not come to an end holds the server up, but not beyond a second signal.
         workshop.start(server, "serve www"_s);
-        QTRY_VERIFY(server.canReadLine());
+        QTRY_VERIFY_WITH_TIMEOUT(server.canReadLine(), patience);
         QTcpSocket client;
         client.connectToHost("127.0.0.1"_s,
                              quint16(QUrl(QString::fromUtf8(server.readLine()).trimmed()).port()));
@@ -490,7 +492,7 @@ private Q_SLOTS:
         trickle.start(100);
         ::kill(pid_t(server.processId()), SIGINT);
         ::kill(pid_t(server.processId()), SIGTERM);
-        QTRY_COMPARE_WITH_TIMEOUT(server.state(), QProcess::NotRunning, 20000);
+        QTRY_COMPARE_WITH_TIMEOUT(server.state(), QProcess::NotRunning, patience);
     }
 };
 
