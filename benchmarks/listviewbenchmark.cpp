@@ -344,7 +344,7 @@ TAMSEL_REPORT(PromptSession, "prompt");
 int main(int argc, char **argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QTemporaryDir data;
+    static const QTemporaryDir data; // the locks of static indexes lie there
     if (!ts::Locations::setDataLocation(QDir(data.path())))
         return 1;
     QGuiApplication application(argc, argv);

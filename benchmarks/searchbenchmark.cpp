@@ -186,7 +186,7 @@ BENCHMARK(categories)->Name("categories/selectKeywords")->Apply(allSizes);
 
 int main(int argc, char **argv)
 {
-    const QTemporaryDir data;
+    static const QTemporaryDir data; // the locks of static indexes lie there
     if (!ts::Locations::setDataLocation(QDir(data.path())))
         return 1;
     const QCoreApplication application(argc, argv);
