@@ -14,8 +14,8 @@ namespace ts::pm {
 // The global thread pool goes with the application object, which objects of the library may outlive. There is
 // no event loop then that could tell of the end of a job, and jobs that are asked for are not started.
 
-/** The global thread pool; null once the application object is going. Qt must not be asked for it then: static
- * objects of an application may outlive what Qt keeps it in. */
+/** The global thread pool; null once the application object is going. Qt must not be asked for it then:
+ * static objects of an application may outlive what Qt keeps it in. */
 inline QThreadPool *jobPool()
 {
     return QCoreApplication::closingDown() ? nullptr : QThreadPool::globalInstance();
