@@ -90,13 +90,14 @@ private Q_SLOTS:
             function texts() { return Array.from({ length: rows.count }, (_, i) => rows.itemAt(i).text).join(" ") })");
         DirectoryCatalogue growing;
         growing.writePackage("plant"_s, "fern"_s, {{"title"_s, "Fern"_s}});
-        const QString picture = "file://%1/packages/plant/tree/oak/oak.png"_s.arg(oak.path());
+        const auto url = [](const QString &path) { return QUrl::fromLocalFile(path).toString(); };
+        const QString picture = url(oak.path() + "/packages/plant/tree/oak/oak.png"_s);
         QCOMPARE(scene.run("provider.ready || local.exists"_s), QVariant(false));
         scene.use(oak);
         QTRY_COMPARE(scene.text("texts()"_s), "0,oak,Oak,"_s + picture);
         QCOMPARE(scene.text("[provider.ready, local.exists, provider.packageCount].join()"_s),
                  "true,true,1"_s);
-        scene.run("local.path = 'file://%1'"_s.arg(growing.path()));
+        scene.run("local.path = '%1'"_s.arg(url(growing.path())));
         QTRY_COMPARE(scene.text("texts()"_s), "0,fern,Fern,"_s);
         QCOMPARE(scene.text("local.path"_s), growing.path());
         growing.writePackage("plant"_s, "elm"_s, {{"title"_s, "Elm"_s}});

@@ -51,13 +51,13 @@ public:
             fail(QStringLiteral("%1 %2, but there are %3").arg(QLatin1String(what)).arg(index).arg(count));
     }
 
-private:
     void fail(const QString &message)
     {
         if (!failed())
             failure = QStringLiteral("At byte %1: %2").arg(position).arg(message);
     }
 
+private:
     const QByteArray &document;
     qint64 position;
     const qint64 end;
@@ -183,20 +183,32 @@ private:
 
     KeywordRecord keyword(Cursor &cursor)
     {
+        countPartOfKeywords(cursor);
         KeywordRecord keyword;
         keyword.type = cursor.number<quint8>("type of a keyword");
         keyword.id = cursor.text("id of a keyword");
         for (quint32 left = cursor.number<quint16>("number of translations"); left > 0 && !cursor.failed();
              --left) {
+            countPartOfKeywords(cursor);
             TranslationRecord translation;
             translation.language = cursor.number<quint16>("language of a translation");
             cursor.checkIndex(translation.language, records.languages.size(), "language");
             for (quint32 values = cursor.number<quint8>("number of strings"); values > 0 && !cursor.failed();
-                 --values)
+                 --values) {
+                countPartOfKeywords(cursor);
                 translation.values.append(cursor.text("string of a keyword"));
+            }
             keyword.translations.append(translation);
         }
         return keyword;
+    }
+
+    // Clients refuse a ledger with more of them.
+    void countPartOfKeywords(Cursor &cursor)
+    {
+        if (++partsOfKeywords > format::MostPartsOfKeywords)
+            cursor.fail(QStringLiteral("more than %1 keywords, their languages and strings together")
+                            .arg(format::MostPartsOfKeywords));
     }
 
     void readPackages(Cursor &cursor)
@@ -240,6 +252,7 @@ private:
 
     const QByteArray &document;
     QMap<QByteArray, Section> sections;
+    int partsOfKeywords = 0;
 };
 
 } // namespace
