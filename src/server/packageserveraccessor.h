@@ -57,6 +57,7 @@ public:
     int linkCount() const override;
     LinkInfo linkInfo(int index) const override;
 
+    /** For the proxy server, which knows this object from the first URL there that packageFileUrl() gives. */
     void requestFile(const QUrl &url) override;
 
 private:
