@@ -7,11 +7,13 @@ namespace ts {
 
 namespace {
 
-// The first caller decides; the initialisation of a function-local static is what makes that thread-safe.
+// The first caller decides; the initialisation of a function-local static is what makes that thread-safe. The
+// environment may name a relative path, and applications change their working directory.
 const QString &decidedPath(const QString &wanted)
 {
     static const QString path =
-        wanted.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) : wanted;
+        QDir(wanted.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::AppDataLocation) : wanted)
+            .absolutePath();
     return path;
 }
 

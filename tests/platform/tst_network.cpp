@@ -5,6 +5,7 @@
 #include "support/table.h"
 
 #include <Tamsel/GetRequest>
+#include <Tamsel/Locations>
 #include <TamselAccount/Service>
 #include <TamselNetwork/NetworkAccessManager>
 
@@ -419,6 +420,17 @@ private Q_SLOTS:
             QCOMPARE(QUuid(id(bad)).toString(QUuid::WithoutBraces), id(bad));
         QCOMPARE(id("a"_s), "e1407479-3136-56c0-9908-bb02fb0339e2"_s); // in every version
         QCOMPARE(Service(QUrl("http://u@h/x/"_s)).uuid(), Service(QUrl("http://h/x"_s)).uuid());
+    }
+
+    void keepsTheDataDirectory()
+    {
+        qputenv("XDG_DATA_HOME", "data"); // relative
+        const QString place = ts::Locations::dataLocation().absolutePath();
+        const QString start = QDir::currentPath();
+        QVERIFY(QDir::setCurrent(QDir::rootPath()));
+        const QString later = ts::Locations::dataLocation().absolutePath();
+        QVERIFY(QDir::setCurrent(start));
+        QCOMPARE(later, place);
     }
 };
 
