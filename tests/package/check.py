@@ -152,9 +152,19 @@ def linkage(package):
                  if "not found" in line or package.is_foreign(line.partition(" => ")[2])])
 
 
+def unload(package):
+    """The library stays when a plugin that used it goes: jobs on Qt's threads may still be running its code."""
+    library = str((package.libdir / "libTamselPackageManager.so").resolve())
+    # In an application that has all the others already. They would keep it if they came with it.
+    others = re.findall(r"=> (/\S+)", run("ldd", library))
+    code = (f"from _ctypes import dlopen, dlclose; others = [dlopen(path) for path in {others}];"
+            f"dlclose(dlopen({library!r})); print(open('/proc/self/maps').read())")
+    fail_on([] if library in run(sys.executable, "-c", code) else [f"unloaded: {library}"])
+
+
 def main():
     tests = {"stage": stage, "find-package": find_package, "pkg-config": pkg_config,
-             "headers": headers, "symbols": symbols, "linkage": linkage}
+             "headers": headers, "symbols": symbols, "linkage": linkage, "unload": unload}
     parser = argparse.ArgumentParser(description=__doc__)
     parser.add_argument("test", choices=tests)
     for name in ("build", "work", "example", "libdir", "cmake", "generator", "compiler", "nm", "pkg-config"):
