@@ -119,10 +119,6 @@ QSharedPointer<FileStore> FileStore::defaultStore()
     if (!store) {
         store.reset(new FileStore);
         current = store;
-    } else if (!exists(store->d->filesPath)) {
-        // Somebody has emptied the data location of a running application. What cannot be made again shows
-        // when a file is committed.
-        Q_UNUSED(store->d->makeDirectories())
     }
     return store;
 }
@@ -162,6 +158,10 @@ FileStoreTarget *FileStore::getTarget(const QString &id, QCryptographicHash::Alg
 {
     if (!isValidId(id))
         return nullptr;
+    // Somebody may have emptied the data location of a running application. What cannot be made again shows
+    // when the file is committed.
+    if (!exists(d->filesPath))
+        Q_UNUSED(d->makeDirectories())
     auto *target = new FileStoreTarget(this, id, algorithm);
     if (!target->open(QIODevice::WriteOnly)) {
         target->deleteLater();

@@ -39,7 +39,7 @@ public:
 
     /**
      * The store of this process, which lives for as long as somebody holds it and is made anew for the first
-     * caller after that. Makes its directories again if they have gone meanwhile. Repository thread only.
+     * caller after that. Repository thread only.
      */
     static QSharedPointer<FileStore> defaultStore();
 
@@ -53,7 +53,8 @@ public:
 
     /**
      * A new target, open for writing, without a parent and owned by the caller; null for an invalid id. \a
-     * algorithm is the one whose digest the id is.
+     * algorithm is the one whose digest the id is. Makes the directories of the store again if they have gone
+     * meanwhile.
      */
     FileStoreTarget *getTarget(const QString &id, QCryptographicHash::Algorithm algorithm);
 

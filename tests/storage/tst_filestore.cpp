@@ -74,8 +74,10 @@ private Q_SLOTS:
             shards.append(QString::number(i, 16).mid(1));
         QCOMPARE(QDir(files).entryList(QDir::Dirs | QDir::NoDotAndDotDot), shards);
         QVERIFY(QFile::exists(files + "/7f/kept"_s));
-        QVERIFY(QDir(files).removeRecursively());
         QCOMPARE(FileStore::defaultStore(), store);
+        QVERIFY(QDir(files).removeRecursively());
+        const QScopedPointer<FileStoreTarget> target(
+            store->getTarget("0123456789"_s, QCryptographicHash::Md5));
         QCOMPARE(QDir(files).entryList(QDir::Dirs | QDir::NoDotAndDotDot), shards);
     }
 
