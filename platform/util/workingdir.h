@@ -12,7 +12,8 @@ namespace ts::util {
 /**
  * A private scratch directory that several owners can share.
  *
- * A value: copies name the same directory, which is removed with everything in it when the last copy goes.
+ * A value: copies name the same directory, which is removed with everything in it when the last copy goes. It
+ * is locked until then, for which it has a descriptor open.
  *
  * Threads: one copy per thread; copies of one directory may live on different threads.
  * Errors: if the directory cannot be made, isValid() is false and path() is empty.

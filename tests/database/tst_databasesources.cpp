@@ -20,6 +20,10 @@
 #include <QtConcurrentRun>
 #include <QtTest>
 
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
 using namespace ts::pm;
 using namespace ts::pm::test;
 
@@ -266,6 +270,9 @@ private Q_SLOTS:
         old.reset();
         QDirIterator files(scratch.path(), QDir::Files, QDirIterator::Subdirectories);
         QVERIFY(!files.next().isEmpty() && !files.hasNext()); // only what somebody may still read
+        const int directory = open(QFile::encodeName(files.fileInfo().path()).constData(), O_RDONLY);
+        QVERIFY(directory >= 0 && flock(directory, LOCK_EX | LOCK_NB) != 0); // as it looks to a cleaner
+        QCOMPARE(close(directory), 0);
         stage.source.reset();
         QCOMPARE(Stage::ids(last.get()), "c"_s);
     }
