@@ -171,8 +171,8 @@ void tst_Nginx::pollsWithTags()
     QTRY_COMPARE(nginx.count(answers.arg("200"_s, "/"_s + idOf(call), QString(), encoding)), 1);
 }
 
-// A library that does not trust the certificate gets nothing. One that does follows redirects to TLS, and none
-// that lead out of it.
+// A library that does not trust the certificate gets nothing. One that does follows redirects to TLS, and
+// none that lead out of it.
 void tst_Nginx::knowsItsServer()
 {
     const QString certificate = workshop.path("server.pem"_s);
