@@ -159,7 +159,8 @@ void allSizes(benchmark::internal::Benchmark *benchmark)
 {
     for (const int size : sizes)
         benchmark->Arg(size);
-    benchmark->Unit(benchmark::kMillisecond)->Repetitions(5)->ReportAggregatesOnly();
+    benchmark->Unit(benchmark::kMillisecond)->Repetitions(9)->ReportAggregatesOnly();
+    reportFastest(benchmark);
 }
 
 void allSizesOnce(benchmark::internal::Benchmark *benchmark)

@@ -81,6 +81,12 @@ QString keywordId(int number)
     return QStringLiteral("keyword-%1").arg(number);
 }
 
+// Links are records of their own: what they name is not where the named one's record lies.
+QString copyOf(const QString &id)
+{
+    return QString(id.constData(), id.size());
+}
+
 } // namespace
 
 SyntheticCatalogue::SyntheticCatalogue(int packageCount)
@@ -116,7 +122,7 @@ SyntheticCatalogue::SyntheticCatalogue(int packageCount)
         links.append({Is, id, keyword()});
         links.append({RelatesTo, id, keyword()});
         links.append({Uses, id, keyword()});
-        links.append({Requires, id, packages.at(dice.below(i + 1)).id});
+        links.append({Requires, id, copyOf(packages.at(dice.below(i + 1)).id)});
     }
 }
 
