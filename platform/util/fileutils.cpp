@@ -3,6 +3,7 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -10,12 +11,22 @@ namespace ts::util {
 
 namespace {
 
+// Where it cannot be asked, a file system flushes in its own time.
+bool flush(int descriptor)
+{
+    int result = -1;
+    do {
+        result = ::fsync(descriptor);
+    } while (result < 0 && errno == EINTR);
+    return result == 0 || errno == EINVAL || errno == ENOSYS || errno == EOPNOTSUPP;
+}
+
 bool syncPath(const QString &path, int flags)
 {
     const int descriptor = ::open(QFile::encodeName(path).constData(), flags | O_CLOEXEC);
     if (descriptor < 0)
         return false;
-    const bool synced = ::fsync(descriptor) == 0;
+    const bool synced = flush(descriptor);
     return ::close(descriptor) == 0 && synced;
 }
 

@@ -13,6 +13,7 @@
 #include <Tamsel/Locations>
 #include <Tamsel/Request>
 #include <TamselDataCore/Context>
+#include <TamselUtil/FileUtils>
 
 #include <QFutureWatcherBase>
 #include <QLockFile>
@@ -331,6 +332,7 @@ private Q_SLOTS:
         QVERIFY(stage.directory.rmdir(".lock"_s));
         QVERIFY(QFile::link(stage.directory.filePath("elsewhere"_s), stage.directory.filePath(".copy"_s)));
         QCOMPARE(persist(), persisted);
+        QVERIFY(ts::util::FileUtils::syncFile("/proc/self/comm"_s)); // which cannot be flushed
 
         // The newest file alone is looked at, and neither the lock nor half a copy is taken for one.
         stage.write("newest"_s, "", 5);
