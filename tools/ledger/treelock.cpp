@@ -18,6 +18,11 @@ namespace {
 
 constexpr unsigned long pollInterval = 20; // milliseconds
 
+QString textOf(int error)
+{
+    return QString::fromLocal8Bit(std::strerror(error));
+}
+
 } // namespace
 
 TreeLock::TreeLock(const QString &path)
@@ -42,16 +47,18 @@ QString TreeLock::acquire(int milliseconds)
     constexpr mode_t permissions = 0666; // less those that the user never gives
     while ((descriptor = open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, permissions))
            >= 0) {
-        if (flock(descriptor, LOCK_EX | LOCK_NB) == 0 && isFileInPlace())
+        const int error = flock(descriptor, LOCK_EX | LOCK_NB) == 0 ? 0 : errno;
+        if (error == 0 && isFileInPlace())
             return QString();
         close(descriptor);
         descriptor = -1;
+        if (error != 0 && error != EWOULDBLOCK && error != EINTR)
+            return failure(QStringLiteral("cannot be locked: %1").arg(textOf(error)));
         if (deadline.hasExpired())
             return failure(QStringLiteral("another publisher is at work"));
         QThread::msleep(pollInterval);
     }
-    return failure(errno == ELOOP ? QStringLiteral("is a symbolic link, and not followed")
-                                  : QString::fromLocal8Bit(std::strerror(errno)));
+    return failure(errno == ELOOP ? QStringLiteral("is a symbolic link, and not followed") : textOf(errno));
 }
 
 // Whoever had the lock before may have removed the file since it was opened here.
