@@ -12,11 +12,15 @@
 #include <QtConcurrent>
 #include <QtTest>
 
+#include <atomic>
+#include <cerrno>
 #include <functional>
 #include <tuple>
 #include <vector>
 
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 using namespace ts::pm;
 using namespace ts::pm::test;
@@ -24,6 +28,8 @@ using ts::ledger::FileRecord;
 using ts::ledger::PackageRecord;
 
 namespace {
+
+std::atomic<bool> hasFileLocks(true);
 
 const auto goodLog = "H; O; 0i; 0l; 0k; 0t; 0p; 0l; OK"_s;
 const auto category = "tamsel.packageserver.ledger"_s;
@@ -112,6 +118,15 @@ SignedLedger sample(int padding = 0)
 }
 
 } // namespace
+
+// Stands before the function of the C library for every library of the process.
+extern "C" __attribute__((visibility("default"))) int flock(int descriptor, int operation) noexcept
+{
+    if (hasFileLocks)
+        return int(syscall(SYS_flock, descriptor, operation));
+    errno = ENOLCK;
+    return -1;
+}
 
 class tst_PackageLedger : public QObject
 {
@@ -494,6 +509,32 @@ private Q_SLOTS:
         QVERIFY(dir.mkdir(".lock"_s)); // not a lock that somebody will give back
         QVERIFY(PackageLedger(bytes, "new").persist(dir, "id"_s));
         QCOMPARE(PackageLedger(dir).etag, QByteArray("new"));
+    }
+
+    // QLockFile can do nothing about it: the file system has no locks by which to find out, or the process
+    // was another user's.
+    void goesByTheAgeOfALockThatADeadProcessHasLeft()
+    {
+        const Unprivileged unprivileged;
+        const QString path = dir.filePath(".lock"_s);
+        QVERIFY(PackageLedger(bytes, "t").persist(dir, "id"_s));
+        for (const bool hasLocks : {false, true}) {
+            QVERIFY(writeFile(path, "1\nanother\nelsewhere\n"));
+            QFile left(path);
+            QVERIFY(left.open(QIODevice::ReadWrite)
+                    && left.setFileTime(QDateTime::currentDateTime().addSecs(-60),
+                                        QFileDevice::FileModificationTime)
+                    && left.setPermissions(hasLocks ? QFile::Permissions() : left.permissions()));
+            hasFileLocks = hasLocks;
+            const QFuture<bool> read = QtConcurrent::run([this] {
+                const Unprivileged unprivilegedAsWell;
+                return PackageLedger(dir).valid;
+            });
+            const bool isRead = QTest::qWaitFor([&] { return read.isFinished(); }, 20000);
+            hasFileLocks = true;
+            QVERIFY(left.remove() != isRead); // ends the waiting
+            QVERIFY(isRead && read.result());
+        }
     }
 
 private:
