@@ -173,6 +173,8 @@ private Q_SLOTS:
             packages/a/manifest.json    | {                         | : no JSON, at byte
             packages/a/manifest.json    | {"type":"x"}              | warning: packages/a: the manifest's key 'type'
             packages/top/sub/file       | x                         | packages/top/sub: sub-directory of a package
+            packages/top/c:x            | x                         | packages/top/c:x: no client installs
+            packages/top/:x             | x                         | packages/top/:x: no client installs
             packages/b:c/d/manifest.json | {}                       | packages/b:c: a ':'
             packages/tree/manifest.json | {} | packages/tree: the id 'tree' is that of dictionary/tree.json
             dictionary/a.json | {"type":"name","strings":{"en":["<x*65536>"]}}       | : string of 65536

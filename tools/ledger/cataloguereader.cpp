@@ -35,6 +35,14 @@ bool isSafeInUrls(const QString &name)
     return std::none_of(name.begin(), name.end(), [](QChar c) { return QLatin1String(":%?#").contains(c); });
 }
 
+// Clients take ":x" for a path to somewhere else, and "c:x" for one to another drive.
+bool isInstallable(const QString &name)
+{
+    const int colon = name.indexOf(QLatin1Char(':'));
+    const QChar first = name.at(0);
+    return colon != 0 && (colon != 1 || !first.isLetter() || first.unicode() >= 0x80);
+}
+
 bool hasText(const pm::KeywordInfo &keyword, const QString &language)
 {
     if (keyword.type == pm::Keyword::Literal)
@@ -177,6 +185,10 @@ void CatalogueReader::addFile(CataloguePackage &package, const DirectoryEntry &e
     if (const qint64 size = QFileInfo(entry.path).size(); size > largestFile)
         return problems.addError(
             place, QStringLiteral("%1 bytes; at most %2 are possible in a file").arg(size).arg(largestFile));
+    if (!isInstallable(entry.name))
+        return problems.addError(place,
+                                 QStringLiteral("no client installs a file whose name begins with ':', "
+                                                "or with a letter and ':'"));
     if (!isSafeInUrls(package.info.id) || !isSafeInUrls(entry.name))
         problems.addWarning(place, QStringLiteral("one of ':%?#' in the id or in the name; the file can only "
                                                   "be shown once it is installed"));
