@@ -8,6 +8,7 @@
 #include <QTemporaryFile>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 
 #include <unistd.h>
@@ -35,15 +36,23 @@ QByteArray read(const QString &path, Problems &problems)
     return QByteArray();
 }
 
-// A temporary file can be read by its owner only. A hard link, unlike a new name, takes no other file's
-// place.
+// A hard link, unlike a new name, takes no other file's place. The file systems of memory sticks have none;
+// that they say so means that the place is free.
+bool move(const QByteArray &from, const QByteArray &to)
+{
+    if (::link(from.constData(), to.constData()) == 0)
+        return true;
+    return (errno == EPERM || errno == EOPNOTSUPP) && ::rename(from.constData(), to.constData()) == 0;
+}
+
+// A temporary file can be read by its owner only.
 QString write(const QString &path, const QByteArray &pem, QFile::Permissions permissions)
 {
     QTemporaryFile file(path + QStringLiteral(".XXXXXX"));
     if (!file.open() || file.write(pem) != pem.size() || !file.flush() || fsync(file.handle()) != 0
         || !file.setPermissions(permissions))
         return QStringLiteral("%1: %2").arg(path, FileCopy::causeOf(file));
-    if (::link(QFile::encodeName(file.fileName()).constData(), QFile::encodeName(path).constData()) == 0)
+    if (move(QFile::encodeName(file.fileName()), QFile::encodeName(path)))
         return QString();
     if (errno == EEXIST)
         return QStringLiteral("%1: the file exists, and keys are never overwritten").arg(path);
