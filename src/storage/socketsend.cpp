@@ -101,7 +101,8 @@ qint64 sendFromFile(QTcpSocket *socket, QFile *file, qint64 offset, qint64 size)
         return taken;
     if (isFull(error))
         return 0;
-    if (error == EINVAL || error == ENOSYS)
+    // Past the page cache, a file system that gives less than it was asked for seems to be at its end.
+    if (taken == 0 || error == EINVAL || error == ENOSYS)
         return sendCopy(socket, file, offset, size);
     return -1;
 }
