@@ -17,14 +17,10 @@ using namespace ts::pm::test;
 
 namespace {
 
-QByteArray md5(const QByteArray &content)
-{
-    return QCryptographicHash::hash(content, QCryptographicHash::Md5);
-}
-
 QJsonObject digestOf(const QByteArray &content)
 {
-    return {{"digest"_s, QString::fromLatin1("md5-" + md5(content).toBase64())}};
+    const QByteArray digest = QCryptographicHash::hash(content, QCryptographicHash::Md5);
+    return {{"digest"_s, QString::fromLatin1("md5-" + digest.toBase64())}};
 }
 
 /** The row of a package with those attachments. */
@@ -146,7 +142,7 @@ a -1
         QTRY_COMPARE(installer->findChildren<ts::Request *>().size(), 1);
         installer.reset();
         QCoreApplication::processEvents();
-        QVERIFY(!FileStore::defaultStore()->contains(QString::fromLatin1(md5(content).toHex())));
+        QVERIFY(!FileStore::defaultStore()->contains(idOf(content, QCryptographicHash::Md5)));
     }
 
 private:

@@ -6,6 +6,7 @@
 #include "repository/packageaccessor.h"
 #include "support/diskfaults.h"
 #include "support/fakeclock.h"
+#include "support/files.h"
 #include "support/httpserver.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
@@ -15,8 +16,6 @@
 #include <TamselDataCore/Context>
 #include <TamselUtil/FileUtils>
 
-#include <QFutureWatcherBase>
-#include <QLockFile>
 #include <QNetworkAccessManager>
 #include <QtConcurrentRun>
 #include <QtTest>
@@ -61,9 +60,7 @@ struct Stage
 {
     Stage()
     {
-        const QByteArray url = server.url("/db"_s).toString().toLatin1();
-        const QString hash =
-            QString::fromLatin1(QCryptographicHash::hash(url, QCryptographicHash::Md5).toHex());
+        const QString hash = idOf(server.url("/db"_s).toString().toLatin1(), QCryptographicHash::Md5);
         directory.setPath(ts::Locations::dataLocation().filePath(
             (hasDocuments ? "packages/my.a+b%41&c\"/"_s : "packages/couchdb/"_s) + hash));
         start();

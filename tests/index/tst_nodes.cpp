@@ -5,7 +5,6 @@
 #include "graph.h"
 #include "support/table.h"
 
-#include <QTranslator>
 #include <QtTest>
 
 #include <future>
@@ -54,11 +53,6 @@ public:
 
     QString language = "de"_s;
 };
-
-QJsonObject json(const QString &text)
-{
-    return QJsonDocument::fromJson(text.toUtf8()).object();
-}
 
 // Packages that install by jobs named after them.
 QSharedPointer<PackageIndex> installable(const QString &links, QStringList &started)

@@ -12,7 +12,6 @@
 
 #include <Tamsel/Locations>
 
-#include <QDirIterator>
 #include <QtConcurrentRun>
 #include <QtTest>
 
@@ -36,17 +35,12 @@ QString place(const QString &path)
     return ts::Locations::dataLocation().filePath(path);
 }
 
-QByteArray hashOf(const QByteArray &content, QCryptographicHash::Algorithm algorithm)
-{
-    return QCryptographicHash::hash(content, algorithm).toHex();
-}
-
 // Whether there are files, each of which is named by its content.
 bool holdsWholeFiles(const QDir &directory, QCryptographicHash::Algorithm algorithm)
 {
     const QStringList names = directory.entryList(QDir::Files);
     return !names.isEmpty() && std::all_of(names.begin(), names.end(), [&](const QString &name) {
-        return hashOf(readFile(directory.filePath(name)), algorithm) == name.toLatin1();
+        return idOf(readFile(directory.filePath(name)), algorithm) == name;
     });
 }
 
@@ -54,7 +48,7 @@ bool holdsWholeFiles(const QDir &directory, QCryptographicHash::Algorithm algori
 // installed is looked at where that cannot be.
 bool store(const QByteArray &content, const InstallLocation &location)
 {
-    const QString id = QString::fromLatin1(hashOf(content, QCryptographicHash::Sha224));
+    const QString id = idOf(content);
     const auto files = FileStore::defaultStore();
     const QScopedPointer<FileStoreTarget> target(files->getTarget(id, QCryptographicHash::Sha224));
     target->write(content);
@@ -74,7 +68,7 @@ bool persistListing(const QByteArray &content)
 {
     PersistedListing listing(lcWorker, toListing);
     (void)listing.load();
-    listing.hash = hashOf(content, QCryptographicHash::Md5);
+    listing.hash = idOf(content, QCryptographicHash::Md5).toLatin1();
     listing.dataFile.path = place("listing-%1"_s.arg(QCoreApplication::applicationPid()));
     const bool written = writeFile(listing.dataFile.path, content);
     listing.persist();
@@ -191,8 +185,7 @@ private:
             const QByteArray content = readFile(it.next());
             if (it.fileName().contains(QLatin1Char('.')))
                 continue;
-            const QString id = it.fileInfo().dir().dirName() + it.fileName();
-            QCOMPARE(hashOf(content, QCryptographicHash::Sha224), id.toLatin1());
+            QCOMPARE(it.fileInfo().dir().dirName() + it.fileName(), idOf(content));
             ++files;
         }
         QVERIFY(files > 0);

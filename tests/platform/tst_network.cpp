@@ -9,10 +9,7 @@
 #include <TamselAccount/Service>
 #include <TamselNetwork/NetworkAccessManager>
 
-#include <QBuffer>
 #include <QNetworkReply>
-#include <QUuid>
-#include <QtEndian>
 #include <QtTest>
 
 #include <zlib.h>

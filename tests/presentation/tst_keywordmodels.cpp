@@ -12,7 +12,6 @@
 #include "support/logcapture.h"
 #include "support/stage.h"
 
-#include <QTimer>
 #include <QtTest>
 
 using namespace ts::pm;

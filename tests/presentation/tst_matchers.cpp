@@ -38,9 +38,9 @@ public:
             graph("palm is_a treetop, pine is_a treetop, treetop contains shade, poppy relates_to shade, "
                   "treetop is_a tree, tree is_a treetop, pine requires poppy, "
                   "pine is_not_a shade"_s); // which it has by way of the treetop
-        catalogue.manifests["palm"_s] = R"({"picture": null})"_json;
-        catalogue.manifests["poppy"_s] = R"({"picture": ""})"_json;
-        catalogue.manifests["pine"_s] = R"({"title": "Pine"})"_json;
+        catalogue.manifests["palm"_s] = json(R"({"picture": null})"_s);
+        catalogue.manifests["poppy"_s] = json(R"({"picture": ""})"_s);
+        catalogue.manifests["pine"_s] = json(R"({"title": "Pine"})"_s);
         publish();
     }
 
@@ -212,9 +212,7 @@ void tst_Matchers::sorters()
         garden.catalogue = MemoryCatalogue();
         const QStringList values = row[0].split(";"_s);
         for (int i = 0; i < values.size(); ++i)
-            garden.catalogue.addPackage(
-                QChar('a' + i), {},
-                QJsonDocument::fromJson(R"({"key": )" + values.at(i).toUtf8() + "}").object());
+            garden.catalogue.addPackage(QChar('a' + i), {}, json(R"({"key": %1})"_s.arg(values.at(i))));
         garden.publish();
         SortByIntegerField byInteger;
         SortByStringField byString;

@@ -7,9 +7,6 @@
 #include "support/logcapture.h"
 #include "support/stage.h"
 
-#include <QFutureWatcher>
-#include <QRandomGenerator>
-#include <QSemaphore>
 #include <QtTest>
 
 #include <limits>
@@ -345,7 +342,7 @@ void tst_PackageListModel::announcedChangesMayNotCome()
 void tst_PackageListModel::roles()
 {
     ListStage stage(letters("AB"_s));
-    stage.catalogue.manifests["A"_s] = R"({"title": "Oak", "picture": "oak.png"})"_json;
+    stage.catalogue.manifests["A"_s] = json(R"({"title": "Oak", "picture": "oak.png"})"_s);
     stage.publish();
     stage.told();
     auto title = std::make_unique<ManifestStringField>();

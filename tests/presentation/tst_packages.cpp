@@ -10,8 +10,6 @@
 #include "support/logcapture.h"
 #include "support/stage.h"
 
-#include <QJsonArray>
-#include <QJsonDocument>
 #include <QtTest>
 
 using namespace ts::pm;
@@ -264,7 +262,7 @@ a field that is read takes the package away | start[1; picture= title=Oak] succe
     title=Oak] destroyAtRead default:x[1])")) {
         auto stage = std::make_unique<Stage>();
         stage->catalogue.addPackage("p"_s, {},
-                                    R"({"title": "Oak", "name": "Quercus", "picture": "oak.png"})"_json);
+                                    json(R"({"title": "Oak", "name": "Quercus", "picture": "oak.png"})"_s));
         PackageReference *const p = stage->repository()->packageReference("p"_s);
         CountingField title;
         title.setName("title"_s);

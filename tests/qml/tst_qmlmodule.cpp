@@ -8,7 +8,6 @@
 
 #include <QImage>
 #include <QQmlProperty>
-#include <QTimer>
 #include <QtTest>
 
 using namespace ts::pm;

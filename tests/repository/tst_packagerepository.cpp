@@ -14,7 +14,6 @@
 
 #include <TamselAccount/Service>
 
-#include <QTranslator>
 #include <QtTest>
 
 using namespace std::chrono_literals;
@@ -38,7 +37,7 @@ struct TranslationStage : Stage
     TranslationStage(const QString &manifest, const QString &type)
     {
         catalogue.addPackage("p"_s, "birds"_s, {{"title"_s, "id:greeting"_s}});
-        catalogue.addPackage("words"_s, type, QJsonDocument::fromJson(manifest.toUtf8()).object());
+        catalogue.addPackage("words"_s, type, json(manifest));
         succeedAtOnce = {"p"_s, "words"_s};
         source.installers = [make = source.installers](const QString &id, const InstallLocation &location) {
             for (const QString &name : {"Hallo.qm"_s, "Servus.qm"_s})

@@ -6,6 +6,7 @@
 #include "storage/packageinstaller.h"
 #include "support/accessors.h"
 #include "support/fakeclock.h"
+#include "support/files.h"
 #include "support/httpserver.h"
 #include "support/literals.h"
 #include "support/logcapture.h"
@@ -16,12 +17,7 @@
 #include <TamselAccount/Service>
 #include <TamselNetwork/NetworkAccessManager>
 
-#include <QBuffer>
 #include <QNetworkReply>
-#include <QSignalSpy>
-#include <QTemporaryDir>
-#include <QThreadPool>
-#include <QUuid>
 #include <QtConcurrentRun>
 #include <QtTest>
 
@@ -43,11 +39,6 @@ QString revisionOf(const PackageServer &server)
 {
     const QScopedPointer<PackageAccessor> accessor(server.getAccessor());
     return accessor->packageCount() > 0 ? accessor->packageInfo(0).revision : QString();
-}
-
-QString idOf(const QByteArray &content)
-{
-    return QString::fromLatin1(QCryptographicHash::hash(content, QCryptographicHash::Sha224).toHex());
 }
 
 /** What came of a URL, as in "200 content". */

@@ -32,11 +32,6 @@ extern "C" __attribute__((visibility("default"))) int fsync(int descriptor)
 
 namespace {
 
-QString idOf(const QByteArray &content, Hash::Algorithm algorithm = Hash::Sha224)
-{
-    return QString::fromLatin1(Hash::hash(content, algorithm).toHex());
-}
-
 int commit(FileStore &store, const QString &id, const QByteArray &content,
            Hash::Algorithm algorithm = Hash::Sha224, bool isCheckedAhead = false)
 {

@@ -6,11 +6,17 @@
 #include "repository/packagesource.h"
 
 #include <QHash>
+#include <QJsonDocument>
 #include <QVector>
 
 #include <functional>
 
 namespace ts::pm::test {
+
+inline QJsonObject json(const QString &text)
+{
+    return QJsonDocument::fromJson(text.toUtf8()).object();
+}
 
 /** Records that stand in memory, as a test writes them down. */
 struct MemoryCatalogue

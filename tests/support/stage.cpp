@@ -1,17 +1,11 @@
 #include "stage.h"
 
-#include <QJsonDocument>
 #include <QMetaMethod>
 #include <QRegularExpression>
 
 #include <algorithm>
 
 namespace ts::pm::test {
-
-QJsonObject operator""_json(const char *text, std::size_t size)
-{
-    return QJsonDocument::fromJson(QByteArray(text, int(size))).object();
-}
 
 QString perform(const QString &play, const Verbs &verbs, const std::function<QString()> &effects)
 {

@@ -13,8 +13,6 @@
 
 namespace ts::pm::test {
 
-QJsonObject operator""_json(const char *text, std::size_t size);
-
 /** What a word of a play stands for; with the text after its colon, if it has one. */
 using Verbs = QHash<QString, std::function<void(const QString &argument)>>;
 

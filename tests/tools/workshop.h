@@ -29,11 +29,7 @@ public:
     }
 
     QString path(const QString &name) const { return directory.filePath(name); }
-    QByteArray content(const QString &name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    QByteArray content(const QString &name) const { return readFile(path(name)); }
 
     /** Starts the command with the workshop as its working directory. The words of \a arguments are parted by
      * blanks; "''" is an empty one, "SIGNED" stands for the options by which the issuer signs, "CATALOGUE"

@@ -6,7 +6,6 @@
 #include "support/files.h"
 #include "support/literals.h"
 
-#include <QTemporaryDir>
 #include <QtTest>
 
 using namespace ts::pm;
