@@ -1,9 +1,6 @@
 #include <TamselCrypto/JsonSignature>
 #include <TamselCrypto/PrivateKey>
 
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QtTest>
 
 #include <limits>
@@ -71,15 +68,6 @@ private Q_SLOTS:
         QVERIFY(!PublicKey().verify(signature, message) && PrivateKey().sign(message).isEmpty());
     }
 
-    void generatedKeysSurviveTheirText()
-    {
-        const auto secret = PrivateKey::generate();
-        const auto copy = PrivateKey::fromPEM(secret.toPEM());
-        QVERIFY(PublicKey::fromPEM(secret.publicKey().toPEM()).verify(copy.sign("owl"), "owl"));
-        QVERIFY(secret.toPEM() != PrivateKey::generate().toPEM());
-        QCOMPARE(PublicKey::fromDER(publicDer).toPEM(), pem("PUBLIC KEY", publicDer));
-    }
-
     void readsKeyTexts()
     {
         const QByteArray good = pem("PUBLIC KEY", publicDer);
@@ -88,7 +76,7 @@ private Q_SLOTS:
         };
         for (const QByteArray &text : {good, "Issued to: us\n" + good + "that is all", edited("\n", "\r\n"),
                                        QByteArray(good).insert(60, '\n')})
-            QCOMPARE(PublicKey::fromPEM(text).toDER(), publicDer);
+            QCOMPARE(PublicKey::fromPEM(text).toPEM(), good);
         const QByteArray unusable[] = {
             edited("-----END", ""),
             pem("PRIVATE KEY", publicDer),

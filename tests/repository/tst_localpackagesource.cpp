@@ -1,6 +1,5 @@
 #include "repository/localpackageaccessor.h"
 #include "repository/localpackagesource.h"
-#include "storage/packageinstaller.h"
 
 #include "support/accessors.h"
 #include "support/directorycatalogue.h"
@@ -177,9 +176,6 @@ private Q_SLOTS:
         accessor.initialize();
         catalogue.reset();
         QCOMPARE(accessor.packageManifest(0).value("title"_s).toString(), "owl"_s);
-        const std::unique_ptr<PackageInstaller> installer(
-            accessor.packageInstaller(0, InstallLocation::createRoot()));
-        QTRY_COMPARE(installer->status(), PackageInstaller::Succeeded);
     }
 
     void opensRegularFilesOnly()
