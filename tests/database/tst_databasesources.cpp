@@ -394,29 +394,23 @@ private Q_SLOTS:
         QCOMPARE(stage.ids(), QString(2000, QLatin1Char('b')));
     }
 
+    // A damaged listing that cannot be removed counts no more than one that can.
     void survivesAReadOnlyDirectory()
     {
         const Unprivileged unprivileged;
         Stage stage;
         QCOMPARE(stage.pollFor("a"), 1);
         stage.source->persist();
-        const QStringList before = stage.files();
         if (!setWritable(stage.directory.path(), false))
             QSKIP("permissions do not bind here");
+        stage.write(stage.files().constLast(), "damaged", 5);
+        stage.start();
+        QCOMPARE(stage.ids(), QString());
+        QCOMPARE(stage.poll(), 1); // what it held is news again
         QCOMPARE(stage.pollFor("b"), 1);
         stage.news();
         stage.source->persist();
         QCOMPARE(stage.news(), " | critical: Failed to persist package list HASH"_s);
-        QCOMPARE(stage.files(), before);
-        QCOMPARE(stage.ids(), "b"_s);
-        stage.start();
-        QCOMPARE(stage.ids(), "a"_s);
-
-        // A damaged listing that cannot be removed counts no more than one that can.
-        stage.write(before.last(), "damaged", 5);
-        stage.start();
-        QCOMPARE(stage.ids(), QString());
-        QCOMPARE(stage.poll(), 1);
         QVERIFY(setWritable(stage.directory.path(), true));
         stage.source->persist();
         stage.start();
