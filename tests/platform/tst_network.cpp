@@ -244,7 +244,12 @@ private Q_SLOTS:
                 get.setRawHeader(header, "a=secret");
             for (ScriptedServer *place : {&server, &other})
                 place->setAnswer("/y?a=b", HttpAnswer::with(200, "owl"));
-            const Outcome outcome = run(get, manager.data());
+            Sink sink;
+            const Outcome outcome =
+                run(get, manager.data(), [&](GetRequest *sent) { sent->setDataSink(&sink); });
+            const QByteArray body = outcome.status == 200 ? "owl" : ""; // of the last answer alone
+            QCOMPARE(sink.data(), body);
+            QCOMPARE(outcome.hash, QCryptographicHash::hash(body, QCryptographicHash::Md5));
             const auto error = QVariant::fromValue(QNetworkReply::NetworkError(outcome.error)).toString();
             QCOMPARE("%1 %2"_s.arg(outcome.status).arg(error), row[1]);
             QCOMPARE(other.requests().size(), row[0].startsWith("OTHER"_s) ? 1 : 0);
