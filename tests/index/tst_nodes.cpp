@@ -379,6 +379,7 @@ private Q_SLOTS:
             QCOMPARE(pathOf(required->location()), base + "/p2"_s);
             QCOMPARE(pathOf(required->dependencies().constFirst()->location()), base + "/d/p3"_s);
         }
+        QVERIFY(pathOf(installable("p"_s, started)->installLocation()) != pathOf(index->installLocation()));
         const PackageNode *node = package(index, "p"_s);
         QCOMPARE(node->getFileUrl("picture"_s), QUrl("memory:/p/picture"_s));
         QVERIFY(node->installLocation().installFile("/dev/null"_s, "picture"_s));
