@@ -169,7 +169,7 @@ private Q_SLOTS:
             packages/a/manifest.json    | {"t":"<x*65528>"}         | a: manifest of 65536 bytes; at most 65535
             packages/a/manifest.json    | {"t":"<x*1048569>"}       | : 1048577 bytes; at most 1048576
             packages/a/manifest.json    | {"t":"\udc00"}            | : no canonical form
-            packages/a/manifest.json    | {"t":9007199254740993}    | packages/a: the manifest has a number
+            packages/a/manifest.json    | {"s":1,"t":[9007199254740993]} | packages/a: the manifest's key 't' has a number
             packages/a/manifest.json    | {                         | : no JSON, at byte
             packages/a/manifest.json    | {"type":"x"}              | warning: packages/a: the manifest's key 'type'
             packages/top/sub/file       | x                         | packages/top/sub: sub-directory of a package

@@ -1,6 +1,7 @@
 #include "ledger/ledgerbuilder.h"
 
 #include "ledger/packagestatement.h"
+#include "ledger/shortened.h"
 
 #include <TamselCrypto/JsonSignature>
 
@@ -97,10 +98,14 @@ QByteArray LedgerBuilder::manifestText(const CataloguePackage &package)
         problems.addWarning(package.origin, QStringLiteral("the manifest's key 'type' is not covered by the "
                                                            "signature"));
     const QByteArray text = crypto::JsonSignature::toByteArray(package.manifest);
-    if (QJsonDocument::fromJson(text).object() != package.manifest)
-        problems.addError(package.origin,
-                          QStringLiteral("the manifest has a number that JSON readers do not agree "
-                                         "on; write it as a text"));
+    const QJsonObject reread = QJsonDocument::fromJson(text).object();
+    for (auto value = package.manifest.begin(); value != package.manifest.end(); ++value) {
+        if (reread.value(value.key()) != value.value())
+            problems.addError(package.origin,
+                              QStringLiteral("the manifest's key '%1' has a number that JSON readers do not "
+                                             "agree on; write it as a text")
+                                  .arg(shortened(value.key())));
+    }
     return text;
 }
 
