@@ -212,14 +212,15 @@ private Q_SLOTS:
     }
 
     // All at the same time, and none before the client has had the time to ask for more over the same
-    // connection.
+    // connection. Each tenth is missing, and only that one stays away.
     void picturesComeFromTheLoopback()
     {
         struct LateFiles : IFileProxy
         {
             void requestFile(const QUrl &url) override
             {
-                QTimer::singleShot(1, [this, url] { server.resolveFile(key, url, 200, picture); });
+                const int code = url.toString().endsWith(QLatin1Char('0')) ? 404 : 200;
+                QTimer::singleShot(1, [this, url, code] { server.resolveFile(key, url, code, picture); });
             }
 
             FileProxyServer server;
@@ -233,7 +234,7 @@ private Q_SLOTS:
             Repeater { id: pictures; model: base ? 40 : 0; Image { asynchronous: true; source: base + index } }
             function ready() { return Array.from({ length: 40 }, (_, i) => pictures.itemAt(i).status).join("") })");
         scene.run("base = '%1'"_s.arg(files.server.fileUrl(files.key, QUrl("picture"_s)).toString()));
-        QTRY_COMPARE(scene.text("ready()"_s), QString(40, QLatin1Char('1')));
+        QTRY_COMPARE(scene.text("ready()"_s), "3111111111"_s.repeated(4));
     }
 
     void dataOfAReference()
