@@ -169,10 +169,12 @@ void FileProxyConnection::sendResponse(int code, const QString &path)
 }
 
 // A file that cannot be opened is announced with the size that the file system tells, and has no body.
+// Without a name, as for a file that broke off on its way here, there is nothing to try, and Qt would warn of
+// it.
 void FileProxyConnection::sendFile(const QString &path)
 {
     QScopedPointer<QFile> file(new QFile(path));
-    const bool isOpen = file->open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    const bool isOpen = !path.isEmpty() && file->open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     const qint64 size = file->size();
     const QByteArray start = isOpen ? file->read(sniffedBytes) : QByteArray();
     const bool hasBody = isOpen && request.method != FileProxyRequestReader::Head;
