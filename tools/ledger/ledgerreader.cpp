@@ -33,6 +33,14 @@ public:
         return bytes.isEmpty() ? Number(0) : qFromLittleEndian<Number>(bytes.constData());
     }
 
+    /** Takes a number, and calls \a read as often as that says, until something has failed. */
+    template<typename Number, typename Read>
+    void repeat(const char *what, const Read &read)
+    {
+        for (quint32 left = number<Number>(what); left > 0 && !failed(); --left)
+            read();
+    }
+
     QByteArray block(qint64 size, const char *what)
     {
         if (failed() || size > end - position) {
@@ -160,25 +168,24 @@ private:
 
     void readIssuers(Cursor &cursor)
     {
-        for (quint32 left = cursor.number<quint16>("number of issuers"); left > 0 && !cursor.failed();
-             --left) {
-            IssuerRecord issuer;
-            issuer.signature = cursor.block(format::SignatureSize, "signature of an issuer");
-            issuer.name = cursor.text("name of an issuer");
-            issuer.secondName = cursor.text("second name of an issuer");
-            issuer.publicKey = cursor.text("key of an issuer");
-            records.issuers.append(issuer);
-        }
+        cursor.repeat<quint16>("number of issuers", [&] { records.issuers.append(issuer(cursor)); });
+    }
+
+    static IssuerRecord issuer(Cursor &cursor)
+    {
+        IssuerRecord issuer;
+        issuer.signature = cursor.block(format::SignatureSize, "signature of an issuer");
+        issuer.name = cursor.text("name of an issuer");
+        issuer.secondName = cursor.text("second name of an issuer");
+        issuer.publicKey = cursor.text("key of an issuer");
+        return issuer;
     }
 
     void readKeywords(Cursor &cursor)
     {
-        for (quint32 left = cursor.number<quint16>("number of languages"); left > 0 && !cursor.failed();
-             --left)
-            records.languages.append(cursor.text("language"));
-        for (quint32 left = cursor.number<quint32>("number of keywords"); left > 0 && !cursor.failed();
-             --left)
-            records.keywords.append(keyword(cursor));
+        cursor.repeat<quint16>("number of languages",
+                               [&] { records.languages.append(cursor.text("language")); });
+        cursor.repeat<quint32>("number of keywords", [&] { records.keywords.append(keyword(cursor)); });
     }
 
     KeywordRecord keyword(Cursor &cursor)
@@ -187,20 +194,22 @@ private:
         KeywordRecord keyword;
         keyword.type = cursor.number<quint8>("type of a keyword");
         keyword.id = cursor.text("id of a keyword");
-        for (quint32 left = cursor.number<quint16>("number of translations"); left > 0 && !cursor.failed();
-             --left) {
-            countPartOfKeywords(cursor);
-            TranslationRecord translation;
-            translation.language = cursor.number<quint16>("language of a translation");
-            cursor.checkIndex(translation.language, records.languages.size(), "language");
-            for (quint32 values = cursor.number<quint8>("number of strings"); values > 0 && !cursor.failed();
-                 --values) {
-                countPartOfKeywords(cursor);
-                translation.values.append(cursor.text("string of a keyword"));
-            }
-            keyword.translations.append(translation);
-        }
+        cursor.repeat<quint16>("number of translations",
+                               [&] { keyword.translations.append(translation(cursor)); });
         return keyword;
+    }
+
+    TranslationRecord translation(Cursor &cursor)
+    {
+        countPartOfKeywords(cursor);
+        TranslationRecord translation;
+        translation.language = cursor.number<quint16>("language of a translation");
+        cursor.checkIndex(translation.language, records.languages.size(), "language");
+        cursor.repeat<quint8>("number of strings", [&] {
+            countPartOfKeywords(cursor);
+            translation.values.append(cursor.text("string of a keyword"));
+        });
+        return translation;
     }
 
     // Clients refuse a ledger with more of them.
@@ -213,12 +222,9 @@ private:
 
     void readPackages(Cursor &cursor)
     {
-        for (quint32 left = cursor.number<quint16>("number of package types"); left > 0 && !cursor.failed();
-             --left)
-            records.types.append(cursor.text("package type"));
-        for (quint32 left = cursor.number<quint32>("number of packages"); left > 0 && !cursor.failed();
-             --left)
-            records.packages.append(package(cursor));
+        cursor.repeat<quint16>("number of package types",
+                               [&] { records.types.append(cursor.text("package type")); });
+        cursor.repeat<quint32>("number of packages", [&] { records.packages.append(package(cursor)); });
     }
 
     PackageRecord package(Cursor &cursor)
@@ -231,23 +237,26 @@ private:
         package.signature = cursor.block(format::SignatureSize, "signature of a package");
         package.id = cursor.text("id of a package");
         package.manifest = cursor.text("manifest of a package");
-        for (quint32 left = cursor.number<quint16>("number of files"); left > 0 && !cursor.failed(); --left) {
+        cursor.repeat<quint16>("number of files", [&] {
             const QByteArray digest = cursor.block(format::DigestSize, "digest of a file");
             package.files.append({digest, cursor.text("path of a file")});
-        }
+        });
         return package;
     }
 
     void readLinks(Cursor &cursor)
     {
-        for (quint32 left = cursor.number<quint32>("number of links"); left > 0 && !cursor.failed(); --left) {
-            LinkRecord link;
-            link.type = cursor.number<quint8>("type of a link");
-            link.flags = cursor.number<quint8>("flags of a link");
-            link.source = cursor.number<quint32>("start of a link");
-            link.target = cursor.number<quint32>("end of a link");
-            records.links.append(link);
-        }
+        cursor.repeat<quint32>("number of links", [&] { records.links.append(link(cursor)); });
+    }
+
+    static LinkRecord link(Cursor &cursor)
+    {
+        LinkRecord link;
+        link.type = cursor.number<quint8>("type of a link");
+        link.flags = cursor.number<quint8>("flags of a link");
+        link.source = cursor.number<quint32>("start of a link");
+        link.target = cursor.number<quint32>("end of a link");
+        return link;
     }
 
     const QByteArray &document;
