@@ -61,6 +61,10 @@ struct LinkRecord
     quint8 flags = 0;
     quint32 source = 0; ///< index among the packages or keywords
     quint32 target = 0; ///< likewise
+
+    // As clients read the flags: any of the low, or of the high, four bits says so.
+    bool startsAtPackage() const { return flags & 0x0F; }
+    bool endsAtPackage() const { return flags & 0xF0; }
 };
 
 /** All that a ledger says. */

@@ -131,12 +131,12 @@ TextTable LedgerReport::linkTable() const
 
 QString LedgerReport::startOf(const LinkRecord &link, int length) const
 {
-    return idOf(link.source, link.flags & 0x0F, length);
+    return idOf(link.source, link.startsAtPackage(), length);
 }
 
 QString LedgerReport::endOf(const LinkRecord &link, int length) const
 {
-    return idOf(link.target, link.flags > 0x0F, length);
+    return idOf(link.target, link.endsAtPackage(), length);
 }
 
 // A link can name what is not there.

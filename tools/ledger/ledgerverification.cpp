@@ -72,9 +72,8 @@ private:
         const QString place = QStringLiteral("link %1").arg(index);
         if (link.type > pm::Requires)
             problems.addWarning(place, QStringLiteral("there is no link type %1").arg(link.type));
-        const bool fromPackage = link.flags & 0x0F;
-        const bool toPackage = link.flags > 0x0F;
-        if (qint64(link.source) >= sizeOf(fromPackage) || qint64(link.target) >= sizeOf(toPackage))
+        if (qint64(link.source) >= tableSize(link.startsAtPackage())
+            || qint64(link.target) >= tableSize(link.endsAtPackage()))
             problems.addWarning(place, QStringLiteral("an end that is not in the ledger"));
     }
 
@@ -85,7 +84,10 @@ private:
         ids.insert(id);
     }
 
-    int sizeOf(bool packages) const { return packages ? records.packages.size() : records.keywords.size(); }
+    int tableSize(bool ofPackages) const
+    {
+        return ofPackages ? records.packages.size() : records.keywords.size();
+    }
 
     const LedgerRecords &records;
     Problems &problems;
