@@ -53,8 +53,8 @@ CouchDocument designDocument(const QString &name)
 
 CouchDatabase::CouchDatabase(const QUrl &url, const QByteArray &credentials)
     : url(url.adjusted(QUrl::StripTrailingSlash))
+    , client(credentials)
 {
-    client.setCredentials(credentials);
 }
 
 bool CouchDatabase::upload(const QVector<CouchDocument> &documents, bool prune)

@@ -30,18 +30,13 @@ QString withoutLogin(const QString &url)
     return at < 0 ? url : QLatin1String("...") + url.mid(at);
 }
 
-HttpClient::HttpClient()
+HttpClient::HttpClient(const QByteArray &credentials)
+    : authorization(credentials.isEmpty() ? QByteArray() : "Basic " + credentials.toBase64())
 {
-    manager.setRedirectPolicy(QNetworkRequest::NoLessSafeRedirectPolicy);
-    manager.setTransferTimeout(transferTimeout);
-}
-
-// Headers that are set by hand go along with a redirect, wherever it leads.
-void HttpClient::setCredentials(const QByteArray &credentials)
-{
-    authorization = credentials.isEmpty() ? QByteArray() : "Basic " + credentials.toBase64();
+    // Headers that are set by hand go along with a redirect, wherever it leads.
     manager.setRedirectPolicy(credentials.isEmpty() ? QNetworkRequest::NoLessSafeRedirectPolicy
                                                     : QNetworkRequest::SameOriginRedirectPolicy);
+    manager.setTransferTimeout(transferTimeout);
 }
 
 HttpAnswer HttpClient::exchange(const QByteArray &method, const QUrl &url, const QByteArray &json,

@@ -24,10 +24,8 @@ QString withoutLogin(const QString &url);
 class HttpClient
 {
 public:
-    HttpClient();
-
     /** \a credentials as "user:password"; sent with every request if they are not empty. */
-    void setCredentials(const QByteArray &credentials);
+    explicit HttpClient(const QByteArray &credentials = {});
 
     /** Takes bytes of a body as they come. */
     using Taker = std::function<void(const QByteArray &bytes)>;
@@ -38,7 +36,7 @@ public:
 
 private:
     QNetworkAccessManager manager;
-    QByteArray authorization;
+    const QByteArray authorization; // value of the header; empty without credentials
 };
 
 } // namespace ts::ledger
