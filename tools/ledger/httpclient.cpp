@@ -62,7 +62,10 @@ HttpAnswer HttpClient::exchange(const QByteArray &method, const QUrl &url, const
             return reply->abort();
         const QByteArray bytes = reply->readAll();
         size += bytes.size();
-        taker ? taker(bytes) : void(answer.body += bytes);
+        if (taker)
+            taker(bytes);
+        else
+            answer.body += bytes;
     };
     QObject::connect(reply.data(), &QNetworkReply::readyRead, &loop, take);
     loop.exec();

@@ -20,7 +20,7 @@ QByteArray download(const QUrl &url, QString *error, const HttpClient::Taker &ta
 {
     const HttpAnswer answer = HttpClient().exchange("GET", url, {}, taker);
     if (answer.status == okStatus && answer.error.isNull())
-        return answer.body + QByteArray("", 0);
+        return answer.body;
     *error = answer.error.isNull()
                  ? QStringLiteral("%1: answered with %2")
                        .arg(url.toString(QUrl::RemoveUserInfo), QString::number(answer.status))
