@@ -6,6 +6,17 @@
 
 namespace ts::ledger {
 
+int fail(const QString &message)
+{
+    Console::error(message);
+    return Failure;
+}
+
+int conclude(const QString &result)
+{
+    return Console::print(result) ? Success : Failure;
+}
+
 // About the first option that is missing; null if none is.
 QString CommandLine::Requirement::complaint(const QCommandLineParser &given) const
 {
@@ -74,7 +85,7 @@ std::optional<int> CommandLine::parse(const QStringList &words)
     if (!parser.parse(words))
         return refuse(parser.errorText());
     if (parser.isSet(QStringLiteral("help")))
-        return Console::print(help()) ? Success : Failure;
+        return conclude(help());
     const int given = parser.positionalArguments().size();
     if (given > arguments.size())
         return refuse(QStringLiteral("Unexpected argument '%1'.")

@@ -17,6 +17,12 @@ enum ExitCode {
     NotValid = 3,   ///< the ledger that was looked at cannot be believed, or read
 };
 
+/** Tells what went wrong, and gives the exit code for that. */
+int fail(const QString &message);
+
+/** Prints \a result, and gives the exit code of a command that ends with it. */
+int conclude(const QString &result);
+
 /** One sub-command's options and arguments, with its help. */
 class CommandLine
 {

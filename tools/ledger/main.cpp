@@ -5,8 +5,6 @@
 #include <QCoreApplication>
 #include <QTextCodec>
 
-#include <iterator>
-
 namespace {
 
 using namespace ts::ledger;
@@ -51,9 +49,9 @@ int run(const QStringList &arguments)
 {
     const QString name = arguments.value(1);
     if (name == QLatin1String("--help") || name == QLatin1String("-h"))
-        return Console::print(helpText()) ? Success : Failure;
+        return conclude(helpText());
     if (name == QLatin1String("--version") || name == QLatin1String("-v"))
-        return Console::print(QStringLiteral("tamsel-ledger " TAMSEL_VERSION)) ? Success : Failure;
+        return conclude(QStringLiteral("tamsel-ledger " TAMSEL_VERSION));
     for (const Command &command : commands) {
         if (name == QLatin1String(command.name))
             return command.run(arguments.mid(1));

@@ -29,18 +29,14 @@ int build(const QStringList &arguments)
     result.sign(line, problems);
     if (!Console::report(problems))
         return Failure;
-    if (const QString error = output.write(result.ledger); !error.isNull()) {
-        Console::error(error);
-        return Failure;
-    }
-    return Console::print(QStringLiteral("%1: %2, %3, %4, %5")
-                              .arg(line.value(outputOption),
-                                   counted(result.records.packages.size(), latin1("package")),
-                                   counted(result.records.keywords.size(), latin1("keyword")),
-                                   counted(result.records.links.size(), latin1("link")),
-                                   counted(result.ledger.size(), latin1("byte"))))
-               ? Success
-               : Failure;
+    if (const QString error = output.write(result.ledger); !error.isNull())
+        return fail(error);
+    return conclude(QStringLiteral("%1: %2, %3, %4, %5")
+                        .arg(line.value(outputOption),
+                             counted(result.records.packages.size(), latin1("package")),
+                             counted(result.records.keywords.size(), latin1("keyword")),
+                             counted(result.records.links.size(), latin1("link")),
+                             counted(result.ledger.size(), latin1("byte"))));
 }
 
 } // namespace ts::ledger

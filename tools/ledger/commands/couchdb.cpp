@@ -67,14 +67,12 @@ int upload(const QVector<CouchDocument> &documents, const CommandLine &line)
     if (!Console::report(problems))
         return Failure;
     const CouchDatabase::Result result = database.result();
-    return Console::print(QStringLiteral("%1 written, %2 unchanged, %3 deleted, %4 left that are not in the "
-                                         "catalogue")
-                              .arg(counted(result.written, latin1("document")))
-                              .arg(result.unchanged)
-                              .arg(result.deleted)
-                              .arg(result.vanished))
-               ? Success
-               : Failure;
+    return conclude(
+        QStringLiteral("%1 written, %2 unchanged, %3 deleted, %4 left that are not in the catalogue")
+            .arg(counted(result.written, latin1("document")))
+            .arg(result.unchanged)
+            .arg(result.deleted)
+            .arg(result.vanished));
 }
 
 void addOptions(CommandLine &line)
@@ -132,14 +130,10 @@ int couchdb(const QStringList &arguments)
         return Failure;
     if (line.isSet(urlOption))
         return upload(documents, line);
-    if (const QString error = writeDocuments(documents, output); !error.isNull()) {
-        Console::error(error);
-        return Failure;
-    }
-    return Console::print(QStringLiteral("%1: %2").arg(line.value(outputOption),
-                                                       counted(documents.size(), latin1("document"))))
-               ? Success
-               : Failure;
+    if (const QString error = writeDocuments(documents, output); !error.isNull())
+        return fail(error);
+    return conclude(QStringLiteral("%1: %2").arg(line.value(outputOption),
+                                                 counted(documents.size(), latin1("document"))));
 }
 
 } // namespace ts::ledger

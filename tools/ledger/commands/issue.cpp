@@ -41,10 +41,8 @@ int issue(const QStringList &arguments)
     if (!Console::report(problems))
         return Failure;
     const auto certificate = IssuerCertificate::make(line.value(name), line.value(secondName), issuer, root);
-    if (const QString error = output.write(certificate.toJson()); !error.isNull()) {
-        Console::error(error);
-        return Failure;
-    }
+    if (const QString error = output.write(certificate.toJson()); !error.isNull())
+        return fail(error);
     return Success;
 }
 

@@ -10,16 +10,6 @@ namespace ts::ledger {
 
 using crypto::ed25519::PrivateKey;
 
-namespace {
-
-int fail(const QString &message)
-{
-    Console::error(message);
-    return Failure;
-}
-
-} // namespace
-
 int keygen(const QStringList &arguments)
 {
     CommandLine line(

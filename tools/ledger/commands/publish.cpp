@@ -13,14 +13,13 @@ constexpr QLatin1String ledgerOption = latin1("ledger");
 constexpr QLatin1String pruneOption = latin1("prune");
 constexpr QLatin1String recheckOption = latin1("recheck");
 
-bool tell(const Publisher::Result &result)
+int tell(const Publisher::Result &result)
 {
-    return Console::print(
-        QStringLiteral("%1 written, %2 kept, %3 removed; the ledger is %4")
-            .arg(counted(result.filesWritten, latin1("file")))
-            .arg(result.filesKept)
-            .arg(result.filesRemoved)
-            .arg(result.ledgerWritten ? QStringLiteral("new") : QStringLiteral("unchanged")));
+    return conclude(QStringLiteral("%1 written, %2 kept, %3 removed; the ledger is %4")
+                        .arg(counted(result.filesWritten, latin1("file")))
+                        .arg(result.filesKept)
+                        .arg(result.filesRemoved)
+                        .arg(result.ledgerWritten ? QStringLiteral("new") : QStringLiteral("unchanged")));
 }
 
 void addOptions(CommandLine &line)
@@ -53,8 +52,10 @@ int publish(const QStringList &arguments)
     Problems problems;
     SignedCatalogue result;
     result.catalogue = readCatalogue(line, line.argument(0), problems);
-    line.isSet(ledgerOption) ? result.takeLedger(line.value(ledgerOption), line, problems)
-                             : result.sign(line, problems);
+    if (line.isSet(ledgerOption))
+        result.takeLedger(line.value(ledgerOption), line, problems);
+    else
+        result.sign(line, problems);
     if (!Console::report(problems))
         return Failure;
     Publisher publisher(ServerTree(line.argument(1)), {line.isSet(recheckOption), line.isSet(pruneOption)});
@@ -63,7 +64,7 @@ int publish(const QStringList &arguments)
         Console::report(problems);
         return Failure;
     }
-    return tell(publisher.result()) ? Success : Failure;
+    return tell(publisher.result());
 }
 
 } // namespace ts::ledger

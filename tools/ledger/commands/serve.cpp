@@ -41,12 +41,6 @@ private:
     sigset_t signals;
 };
 
-int fail(const QString &message)
-{
-    Console::error(message);
-    return Failure;
-}
-
 } // namespace
 
 int serve(const QStringList &arguments)
