@@ -17,15 +17,14 @@ int build(const QStringList &arguments)
     SignedCatalogue::addOptions(line);
     line.addOption(outputOption, QStringLiteral("FILE"), QStringLiteral("Where the ledger goes."));
     line.require({outputOption});
-    line.addArgument(QStringLiteral("CATALOGUE"), QStringLiteral("Directory of the catalogue."));
     if (const auto exitCode = line.parse(arguments))
         return *exitCode;
 
     Problems problems;
     const OutputFile output(line.value(outputOption));
-    output.check(catalogueInputs(line.argument(0)) + SignedCatalogue::inputs(line), problems);
+    output.check(catalogueInputs(line) + SignedCatalogue::inputs(line), problems);
     SignedCatalogue result;
-    result.catalogue = readCatalogue(line, line.argument(0), problems);
+    result.catalogue = readCatalogue(line, problems);
     result.sign(line, problems);
     if (!Console::report(problems))
         return Failure;

@@ -90,8 +90,7 @@ void addOptions(CommandLine &line)
             "Write the documents to FILE instead, for a POST to _bulk_docs of an empty database."));
     line.require({urlOption}, outputOption);
     line.exclude({credentialsOption, pruneOption}, outputOption);
-    addCatalogueOption(line);
-    line.addArgument(QStringLiteral("CATALOGUE"), QStringLiteral("Directory of the catalogue."));
+    addCatalogue(line);
 }
 
 // The exit code if it is none of a database.
@@ -122,8 +121,8 @@ int couchdb(const QStringList &arguments)
 
     Problems problems;
     const OutputFile output(line.value(outputOption));
-    output.check(catalogueInputs(line.argument(0)), problems);
-    const Catalogue catalogue = readCatalogue(line, line.argument(0), problems);
+    output.check(catalogueInputs(line), problems);
+    const Catalogue catalogue = readCatalogue(line, problems);
     const QVector<CouchDocument> documents =
         problems.errors.isEmpty() ? couchDocuments(catalogue, problems) : QVector<CouchDocument>();
     if (!Console::report(problems))

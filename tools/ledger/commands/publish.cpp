@@ -31,7 +31,6 @@ void addOptions(CommandLine &line)
                  QStringLiteral("Remove files that neither this ledger nor the one before it names."));
     line.addFlag(recheckOption,
                  QStringLiteral("Read the files that are there as well, and replace damaged ones."));
-    line.addArgument(QStringLiteral("CATALOGUE"), QStringLiteral("Directory of the catalogue."));
     line.addArgument(QStringLiteral("TREE"), QStringLiteral("Directory that is served; made if need be."));
 }
 
@@ -51,7 +50,7 @@ int publish(const QStringList &arguments)
 
     Problems problems;
     SignedCatalogue result;
-    result.catalogue = readCatalogue(line, line.argument(0), problems);
+    result.catalogue = readCatalogue(line, problems);
     if (line.isSet(ledgerOption))
         result.takeLedger(line.value(ledgerOption), line, problems);
     else

@@ -53,22 +53,24 @@ PublicKey rootKey(const CommandLine &line, Problems &problems)
                                      : KeyFile::builtInRoot();
 }
 
-void addCatalogueOption(CommandLine &line)
+void addCatalogue(CommandLine &line)
 {
+    line.addArgument(QStringLiteral("CATALOGUE"), QStringLiteral("Directory of the catalogue."));
     line.addFlag(skipOption,
                  QStringLiteral("Leave out files in sub-directories of packages, which do not install, "
                                 "instead of refusing them."));
 }
 
-Catalogue readCatalogue(const CommandLine &line, const QString &directory, Problems &problems)
+Catalogue readCatalogue(const CommandLine &line, Problems &problems)
 {
     using SubDirectories = CatalogueReader::SubDirectories;
     const SubDirectories policy = line.isSet(skipOption) ? SubDirectories::Skip : SubDirectories::Refuse;
-    return CatalogueReader(directory, policy, problems).read();
+    return CatalogueReader(line.argument(0), policy, problems).read();
 }
 
-QStringList catalogueInputs(const QString &directory)
+QStringList catalogueInputs(const CommandLine &line)
 {
+    const QString directory = line.argument(0);
     return {directory + QStringLiteral("/packages"), directory + QStringLiteral("/dictionary"),
             directory + QStringLiteral("/links")};
 }
@@ -79,7 +81,7 @@ void SignedCatalogue::addOptions(CommandLine &line, const QString &ready)
     line.addOption(keyOption, QStringLiteral("FILE"), QStringLiteral("The issuer's private key."));
     line.require({certificateOption, keyOption}, ready);
     addRootKeyOption(line);
-    addCatalogueOption(line);
+    addCatalogue(line);
 }
 
 QStringList SignedCatalogue::inputs(const CommandLine &line)

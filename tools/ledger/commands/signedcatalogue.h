@@ -12,21 +12,21 @@
 
 namespace ts::ledger {
 
-/** Adds the option that tells how strictly a catalogue is read. */
-void addCatalogueOption(CommandLine &line);
+/** Adds the argument and the option by which a catalogue is read. To come before all other arguments. */
+void addCatalogue(CommandLine &line);
 
 /** Errors are in \a problems. */
-Catalogue readCatalogue(const CommandLine &line, const QString &directory, Problems &problems);
+Catalogue readCatalogue(const CommandLine &line, Problems &problems);
 
-/** The parts of \a directory that are read, and must not be written. */
-QStringList catalogueInputs(const QString &directory);
+/** The parts of the catalogue's directory that are read, and must not be written. */
+QStringList catalogueInputs(const CommandLine &line);
 
 /** A catalogue with its ledger: what the sub-commands "build" and "publish" begin with. One thread. */
 class SignedCatalogue
 {
 public:
-    /** Adds the options by which a catalogue is read and signed. Those that tell who signs are required,
-     * unless \a ready, the option for a ledger that is signed already, is given. */
+    /** Adds what a catalogue is read and signed by, as addCatalogue() does. Options that tell who signs are
+     * required, unless \a ready, the option for a ledger that is signed already, is given. */
     static void addOptions(CommandLine &line, const QString &ready = QString());
 
     /** The files by which a catalogue is signed. */
