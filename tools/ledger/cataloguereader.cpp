@@ -89,25 +89,10 @@ Catalogue CatalogueReader::read()
 {
     if (root.isEmpty())
         return {};
-    const QString packages = QStringLiteral("packages");
-    const QString dictionary = QStringLiteral("dictionary");
-    const QString links = QStringLiteral("links");
     bool isCatalogue = false;
     const QVector<DirectoryEntry> entries = listing.entries(root);
-    for (const DirectoryEntry &entry : entries) {
-        if (entry.name != packages && entry.name != dictionary && entry.name != links)
-            continue;
-        if (entry.kind != DirectoryEntry::Directory)
-            problems.addError(listing.placeOf(entry.path), QStringLiteral("is no directory"));
-        else if (entry.name == packages)
-            readPackages(entry.path, QString());
-        else {
-            const QVector<DirectoryEntry> files = jsonFiles(entry.path);
-            for (const DirectoryEntry &file : files)
-                entry.name == links ? readLink(file) : readKeyword(file);
-        }
-        isCatalogue = true;
-    }
+    for (const DirectoryEntry &entry : entries)
+        isCatalogue |= readPart(entry);
     if (!isCatalogue)
         problems.addError(root, QStringLiteral("holds no directory 'packages', 'dictionary' or 'links'"));
     digestFiles();
@@ -119,6 +104,22 @@ Catalogue CatalogueReader::read()
         checkTranslations();
     }
     return catalogue;
+}
+
+// False for what is no part of a catalogue.
+bool CatalogueReader::readPart(const DirectoryEntry &part)
+{
+    const bool isPackages = part.name == QLatin1String("packages");
+    const bool isDictionary = part.name == QLatin1String("dictionary");
+    if (!isPackages && !isDictionary && part.name != QLatin1String("links"))
+        return false;
+    if (part.kind != DirectoryEntry::Directory)
+        problems.addError(listing.placeOf(part.path), QStringLiteral("is no directory"));
+    else if (isPackages)
+        readPackages(part.path, QString());
+    else
+        readJsonFiles(part.path, isDictionary ? &CatalogueReader::readKeyword : &CatalogueReader::readLink);
+    return true;
 }
 
 void CatalogueReader::readPackages(const QString &directory, const QString &type)
@@ -193,6 +194,14 @@ void CatalogueReader::addFile(CataloguePackage &package, const DirectoryEntry &e
         problems.addWarning(place, QStringLiteral("one of ':%?#' in the id or in the name; the file can only "
                                                   "be shown once it is installed"));
     package.files.append({entry.name, entry.path, 0, QByteArray()});
+}
+
+void CatalogueReader::readJsonFiles(const QString &directory,
+                                    void (CatalogueReader::*read)(const DirectoryEntry &))
+{
+    const QVector<DirectoryEntry> files = jsonFiles(directory);
+    for (const DirectoryEntry &file : files)
+        (this->*read)(file);
 }
 
 QVector<DirectoryEntry> CatalogueReader::jsonFiles(const QString &directory)

@@ -32,10 +32,12 @@ public:
     Catalogue read();
 
 private:
+    bool readPart(const DirectoryEntry &part);
     void readPackages(const QString &directory, const QString &type);
     void readTypeLevel(const DirectoryEntry &entry, const QString &type);
     void readPackage(const DirectoryEntry &entry, const QString &type);
     void addFile(CataloguePackage &package, const DirectoryEntry &entry);
+    void readJsonFiles(const QString &directory, void (CatalogueReader::*read)(const DirectoryEntry &));
     QVector<DirectoryEntry> jsonFiles(const QString &directory);
     void readKeyword(const DirectoryEntry &entry);
     void readLink(const DirectoryEntry &entry);
