@@ -81,6 +81,12 @@ PublicKey KeyFile::readPublic(const QString &path, Problems &problems)
     return key;
 }
 
+bool KeyFile::isPrivate(const QString &path)
+{
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) && file.read(largestKeyFile).contains("PRIVATE KEY-----");
+}
+
 QString KeyFile::writePrivate(const QString &path, const PrivateKey &key)
 {
     return write(path, key.toPEM(), ownerOnly);

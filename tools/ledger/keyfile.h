@@ -19,6 +19,9 @@ public:
     /** Unusable, with an error, if the file holds no key. */
     static crypto::ed25519::PublicKey readPublic(const QString &path, Problems &problems);
 
+    /** Whether the file holds a private key, of whatever kind. */
+    static bool isPrivate(const QString &path);
+
     /**
      * Writes a new file that only the owner can read, from the first moment on. It appears whole or not at
      * all, and never in the place of another file. Null, or what went wrong.

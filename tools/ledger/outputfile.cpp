@@ -1,5 +1,7 @@
 #include "ledger/outputfile.h"
 
+#include "ledger/keyfile.h"
+
 #include <QFile>
 #include <QFileInfo>
 
@@ -25,13 +27,6 @@ bool isBelow(const QString &path, const QString &directory)
            && QFileInfo(path).canonicalFilePath().startsWith(input.canonicalFilePath() + QLatin1Char('/'));
 }
 
-bool holdsPrivateKey(const QString &path)
-{
-    constexpr int largestKeyFile = 65536; // bytes
-    QFile file(path);
-    return file.open(QIODevice::ReadOnly) && file.read(largestKeyFile).contains("PRIVATE KEY-----");
-}
-
 } // namespace
 
 OutputFile::OutputFile(const QString &path)
@@ -48,7 +43,7 @@ void OutputFile::check(const QStringList &inputs, Problems &problems) const
     });
     if (isInput)
         problems.addError(path, QStringLiteral("is read by this command, and not overwritten"));
-    else if (holdsPrivateKey(path))
+    else if (KeyFile::isPrivate(path))
         problems.addError(path, QStringLiteral("holds a private key, and keys are never overwritten"));
 }
 
