@@ -16,11 +16,10 @@ namespace ts::ledger {
 
 namespace {
 
-constexpr qint64 largestAttachments =
-    512LL * 1024 * 1024;                   // bytes of one document; they are sent in one piece
-constexpr qint64 largestListing = 4194304; // bytes; applications read no more
-constexpr int revisionSize = 40;           // bytes, for a document with years of history
-constexpr int rowSize = 64;                // bytes of a row of the listing beside its document
+constexpr qint64 largestAttachments = 536870912; // bytes of one document; they are sent in one piece
+constexpr qint64 largestListing = 4194304;       // bytes; applications read no more
+constexpr int revisionSize = 40;                 // bytes, for a document with years of history
+constexpr int rowSize = 64;                      // bytes of a row of the listing beside its document
 
 // CouchDB compresses what it takes for text, and tells the digest of the compressed content.
 constexpr QLatin1String contentType = latin1("application/octet-stream");

@@ -4,8 +4,8 @@ namespace ts::ledger {
 
 namespace {
 
-constexpr int longestLanguage =
-    0xFFFF; // bytes; the ledger's limit, which knows languages but not their files
+// The limit of a ledger, which knows languages but not their files.
+constexpr int longestLanguage = 0xFFFF; // bytes
 
 } // namespace
 
