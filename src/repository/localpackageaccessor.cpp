@@ -22,9 +22,10 @@ bool openRegular(QFile &file)
     return QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly);
 }
 
-QString pathOfType(const QString &type)
+// Of a package, below the root.
+QString pathOf(const QString &id, QString type)
 {
-    return QString(type).replace(QLatin1Char(':'), QLatin1Char('/'));
+    return QStringLiteral("packages/%1/%2").arg(type.replace(QLatin1Char(':'), QLatin1Char('/')), id);
 }
 
 } // namespace
@@ -121,15 +122,15 @@ QJsonObject LocalPackageAccessor::packageManifest(int index) const
 QUrl LocalPackageAccessor::packageFileUrl(int index, const QString &name) const
 {
     const Package_ &package = packages.at(index);
-    const QString path = QStringLiteral("packages/%1/%2/%3").arg(pathOfType(package.type), package.id, name);
+    const QString path = pathOf(package.id, package.type) + QLatin1Char('/') + name;
     return QUrl::fromLocalFile(root.absoluteFilePath(path));
 }
 
 PackageInstaller *LocalPackageAccessor::packageInstaller(int index, const InstallLocation &location) const
 {
     const Package_ &package = packages.at(index);
-    const QString path = QStringLiteral("packages/%1/%2").arg(pathOfType(package.type), package.id);
-    return new LocalPackageInstaller(QDir(root.absoluteFilePath(path)), location);
+    const QDir directory(root.absoluteFilePath(pathOf(package.id, package.type)));
+    return new LocalPackageInstaller(directory, location);
 }
 
 int LocalPackageAccessor::keywordCount() const
