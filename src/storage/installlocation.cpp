@@ -142,13 +142,8 @@ bool InstallLocation::installFile(const QString &source, const QString &name) co
     if (linkPlainFile(source, workingDirectory, target))
         return true;
     directory(true);
-    if (QFile::exists(target))
-        return true;
-    if (QFile::link(source, target))
-        return true;
-    if (QFile::copy(source, target))
-        return true;
-    return QFile::exists(target); // another installer may have made it in the meantime
+    return QFile::exists(target) || QFile::link(source, target) || QFile::copy(source, target)
+           || QFile::exists(target); // another installer may have made it in the meantime
 }
 
 bool InstallLocation::contains(const QString &name) const

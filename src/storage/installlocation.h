@@ -58,8 +58,8 @@ public:
      * source exists is not examined.
      *
      * Returns whether a file of that name is there now. An empty name is that of the directory itself, which
-     * counts as there. False without touching the disk for a null location,
-     * and for names or locations that would lead out of the root (absolute, "..", a drive, a NUL).
+     * counts as there. False without touching the disk for a null location, and for names or locations that
+     * would lead out of the root (absolute, "..", a drive, a NUL).
      */
     bool installFile(const QString &source, const QString &name) const;
 
