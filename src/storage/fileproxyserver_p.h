@@ -16,6 +16,11 @@ class FileProxyServerPrivate
 public:
     explicit FileProxyServerPrivate(FileProxyServer *q);
 
+    /** Returns why the server cannot listen; empty if it does. */
+    QString listen();
+    bool reserveTwin();
+    void resumeAcceptingSoon();
+
     FileProxyServer *const q;
     QHash<unsigned int, FileProxyConnection *> connections; // by id
     QHash<QString, IFileProxy *> providers;                 // by key, not owned
@@ -26,11 +31,6 @@ public:
 
     // Bound to the port of the server at "::1", and not listening.
     QTcpSocket twin;
-
-    /** Returns why the server cannot listen; empty if it does. */
-    QString listen();
-    bool reserveTwin();
-    void resumeAcceptingSoon();
 };
 
 } // namespace ts::pm

@@ -14,6 +14,7 @@ public:
 
     PackageInstaller::Status ownStatus() const;
     PackageInstaller::Status foldedStatus() const;
+    void count(PackageInstaller::Status dependencyStatus, int change);
     bool refold();
     QVector<QPointer<PackageInstaller>> takeDependencies();
     void forget(PackageInstaller *dependency);
@@ -32,8 +33,6 @@ public:
     PackageInstaller *dependent = nullptr; // the job that this one is a dependency of
     int runningDependencies = 0;
     int failedDependencies = 0;
-
-    void count(PackageInstaller::Status dependencyStatus, int change);
 };
 
 } // namespace ts::pm
