@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <atomic>
 #include <limits>
+#include <mutex>
 
 namespace ts::pm {
 
@@ -152,12 +153,11 @@ void warnOfDevelopmentKey()
 {
     if (!RootKeyIsForDevelopment)
         return;
-    static const bool warned = [] {
+    static std::once_flag warned;
+    std::call_once(warned, [] {
         qCWarning(lcPm)
             << "Ledgers are verified with the development root key, with which everybody can sign";
-        return true;
-    }();
-    Q_UNUSED(warned)
+    });
 }
 
 } // namespace
