@@ -40,8 +40,7 @@ public:
     QSharedPointer<PackageLedger> ledger; // never null
     QFutureWatcher<QSharedPointer<PackageLedger>> *const watcher; // of the newest verification
     QDeadlineTimer nextUpdate{0, Qt::CoarseTimer};
-    int failures = 0; // polls in a row
-
+    int failures = 0;    // polls in a row
     bool polled = false; // whether the newest verification is that of a ledger from the server
 };
 

@@ -2,6 +2,7 @@
 
 #include "logging_p.h"
 #include "server/ledgerfile_p.h"
+#include "server/ledgerformat_p.h"
 #include "server/mainthread_p.h"
 #include "server/packagefiles_p.h"
 #include "server/packageledger.h"
@@ -20,7 +21,6 @@ namespace ts::pm {
 
 namespace {
 
-constexpr int digestSize = 28;    // bytes, SHA-224
 constexpr int revisionBytes = 24; // of a signature
 constexpr int httpOk = 200;
 constexpr int notFound = 404;
@@ -36,7 +36,7 @@ QByteArray bytesOf(const Utf8String &text)
 
 QByteArray digestBytes(const unsigned char *digest)
 {
-    return QByteArray(reinterpret_cast<const char *>(digest), digestSize);
+    return QByteArray(reinterpret_cast<const char *>(digest), ledgerformat::DigestSize);
 }
 
 Keyword::Type keywordType(int number)
