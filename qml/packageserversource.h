@@ -23,8 +23,7 @@ class PackageServerSource : public PackageSourceElement, public QQmlParserStatus
 {
     Q_OBJECT
     Q_INTERFACES(QQmlParserStatus)
-    /** Where the server is, an absolute HTTP or HTTPS URL. Empty at first. Another URL replaces the source.
-     */
+    /** Where the server is, an absolute HTTP or HTTPS URL. Empty at first. A change replaces the source. */
     Q_PROPERTY(QUrl url READ url WRITE setUrl NOTIFY urlChanged)
     /**
      * Names the directory that the ledger is saved in. Empty at first: then it follows from the URL. A fixed

@@ -27,8 +27,7 @@ public:
 
     PackageRepository *repository() const { return attachedRepository.data(); }
 
-    /** Takes the source out of the repository so far and adds one to \a repository. Null only takes it out.
-     */
+    /** Takes the source out of its repository, and adds a new one to \a repository unless that is null. */
     void setRepository(PackageRepository *repository);
 
     /** Looks again whether the place that the packages come from is there. Does nothing by default. */

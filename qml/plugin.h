@@ -17,7 +17,6 @@ class TamselPackageManagerPlugin : public QQmlExtensionPlugin
 public:
     void registerTypes(const char *uri) override;
 
-    /** Lets the engine fetch files that are not local yet, unless the application has its own way to fetch.
-     */
+    /** Lets the engine fetch files that are not local yet, unless the application has a way of its own. */
     void initializeEngine(QQmlEngine *engine, const char *uri) override;
 };

@@ -71,8 +71,7 @@ public:
     QByteArray toPEM() const;
     PublicKey publicKey() const;
 
-    /** The 64 bytes of the signature; empty if the key is unusable. The same input gives the same signature.
-     */
+    /** The 64 bytes of the signature, the same for the same input; empty if the key is unusable. */
     QByteArray sign(const QByteArray &message) const;
 
 private:

@@ -22,8 +22,7 @@ public:
     Inflater();
     ~Inflater();
 
-    /** Hands what comes of \a bytes to \a consumer; false if they are no gzip stream or the consumer stops.
-     */
+    /** Hands what comes of \a bytes to \a consumer; false if they are no gzip stream, or if that stops. */
     bool add(const char *bytes, int size, const Consumer &consumer);
 
     /** True at the end of a stream, behind its check sum. */

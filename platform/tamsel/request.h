@@ -95,8 +95,7 @@ Q_SIGNALS:
     void finished();
 
 protected:
-    /** A GET of \a request through \a manager; fails from the event loop if \a manager is null or goes away.
-     */
+    /** A GET of \a request; fails from the event loop if \a manager is null or goes away. */
     Request(const QNetworkRequest &request, QNetworkAccessManager *manager, QObject *parent);
 
 private:

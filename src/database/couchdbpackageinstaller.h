@@ -23,8 +23,7 @@ class CouchDBPackageInstaller : public DownloadInstaller
     Q_OBJECT
 
 public:
-    /** \a baseUrl is the URL of the document, with a "/" at its end. Without a \a manager nothing downloads.
-     */
+    /** \a baseUrl is that of the document, with a "/" at its end. Without a \a manager nothing downloads. */
     CouchDBPackageInstaller(const QUrl &baseUrl, QNetworkAccessManager *manager, const QJsonObject &document,
                             const QSharedPointer<FileStore> &store, const InstallLocation &location);
 };

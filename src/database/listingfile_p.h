@@ -8,8 +8,7 @@
 
 namespace ts::pm {
 
-/** The file that a listing lies in. Copies keep the scratch directory that it may stand in from going away.
- */
+/** The file that a listing lies in. Copies keep the scratch directory that it may stand in. */
 struct ListingFile
 {
     QString path; // empty without a listing

@@ -12,8 +12,7 @@ namespace ts::pm {
 /** A function that Q_LOGGING_CATEGORY has made. */
 using LogCategory = const QLoggingCategory &(*)();
 
-/** The MD5 of \a content in hexadecimal digits, by which listings and databases are told apart. Any thread.
- */
+/** The MD5 of \a content in hexadecimal digits, which tells listings and databases apart. Any thread. */
 QByteArray hexMd5(const QByteArray &content);
 
 /**

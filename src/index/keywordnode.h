@@ -20,8 +20,7 @@ struct KeywordInfo;
 class TAMSELPACKAGEMANAGER_EXPORT KeywordNode : public PackageIndexNode
 {
 public:
-    /** The node for \a info, of a class that fits its type; null if the type is invalid. Owned by the caller.
-     */
+    /** A node for \a info, of a class that fits its type, owned by the caller; null for an invalid type. */
     [[nodiscard]] static KeywordNode *create(const KeywordInfo &info, PackageIndex *index);
 
     ~KeywordNode() override;

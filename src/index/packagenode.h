@@ -26,8 +26,7 @@ struct TranslatedManifest;
 class TAMSELPACKAGEMANAGER_EXPORT PackageNode : public PackageIndexNode
 {
 public:
-    /** Made by the build of an index, from record number \a packageIndexInSource of accessor \a sourceIndex.
-     */
+    /** Made by the build, from record number \a packageIndexInSource of accessor number \a sourceIndex. */
     PackageNode(const PackageInfo &info, PackageIndex *index, int sourceIndex, int packageIndexInSource);
     ~PackageNode() override;
 
@@ -63,8 +62,7 @@ public:
     /** One field of manifest(); undefined if there is none of that name. */
     QJsonValue readManifest(const QString &field) const;
 
-    /** Where the file \a name is: in the install location if it is installed there, otherwise at the source.
-     */
+    /** Where the file \a name is: in the install location if it is there, otherwise at the source. */
     QUrl getFileUrl(const QString &name) const;
 
     /** The place of this package below the install root of its index. */

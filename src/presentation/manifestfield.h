@@ -37,8 +37,7 @@ public:
     QString name() const;
     void setName(const QString &name);
 
-    /** The value of this field in the manifest of \a node; what the class gives for no value if it is null.
-     */
+    /** The value in the manifest of \a node; what the class gives for no value if that is null. */
     QVariant read(const PackageNode *node) const;
 
     /** Turns the JSON value, of the manifest of \a node, into the value to show. \a node may be null. */

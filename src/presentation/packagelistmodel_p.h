@@ -14,8 +14,7 @@
 
 namespace ts::pm {
 
-/** Takes the steps out of the future: they hold their index, which the watcher would keep until the next job.
- */
+// Shared, so that the steps can leave the future: they hold their index, and it stays until the next job.
 using StepWatcher = QFutureWatcher<std::shared_ptr<QVector<ListStep>>>;
 
 // Repository thread only.

@@ -14,8 +14,7 @@ namespace ts::pm {
 
 struct PackageInfo
 {
-    /** Unique among the ids of all packages and keywords of all sources; the source of highest priority wins.
-     */
+    /** Unique among packages and keywords of all sources; the source of highest priority wins. */
     QString id;
     /** Hierarchical type, segments joined with ":". */
     QString type;

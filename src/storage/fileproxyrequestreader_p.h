@@ -31,8 +31,7 @@ public:
     static constexpr int maxBuffered = 64 * 1024;
     static constexpr int maxHeaders = 100;
 
-    /** Takes lines from \a device until a request is complete, a line breaks the protocol, or more is needed.
-     */
+    /** Takes lines of \a device until a request is complete, one breaks the protocol, or more are needed. */
     Result read(QIODevice *device);
 
     int state = RequestLine;

@@ -43,8 +43,7 @@ public:
     void stop();
 
 Q_SIGNALS:
-    /** Nothing is left to write, some time after the call that brought it: all has left, or the socket broke.
-     */
+    /** All is written, or the socket broke. Not for what a call of write() could write at once. */
     void written();
 
 private Q_SLOTS:

@@ -45,8 +45,7 @@ public:
 
     bool isValidId(const QString &id) const;
 
-    /** Absolute path of the file, whether or not it exists; empty for an invalid id. Does not touch the disk.
-     */
+    /** Absolute path of the file, whether or not it exists; empty for an invalid id. Touches no disk. */
     QString pathForId(const QString &id) const;
 
     bool contains(const QString &id) const;

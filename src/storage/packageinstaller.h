@@ -56,8 +56,7 @@ public:
     /** The status of the whole tree below this job, as folded at the last change of one of its members. */
     Status status() const;
 
-    /** Whether this job and, down the tree, all jobs that it depends on have ended, with or without errors.
-     */
+    /** Whether this job and all that it depends on, down the tree, have ended, with or without errors. */
     bool isFinished() const;
 
     /** Where the files of this package go. */
@@ -79,8 +78,7 @@ public:
     void addDependency(PackageInstaller *installer);
 
 public Q_SLOTS:
-    /** Folds the status of this job and its dependencies anew, and then that of the jobs that depend on it.
-     */
+    /** Folds the status of this job and its dependencies anew, then that of the jobs that depend on it. */
     void updateStatus();
 
 Q_SIGNALS:

@@ -16,13 +16,10 @@ namespace ts::pm {
  */
 qint64 sendBytes(QTcpSocket *socket, const char *bytes, qint64 size, bool moreFollows);
 
-/** Sends up to \a size bytes of an open file from \a offset on. A file that has become too short is an error.
- */
+/** Sends up to \a size bytes of an open file from \a offset on. A file that is too short is an error. */
 qint64 sendFromFile(QTcpSocket *socket, QFile *file, qint64 offset, qint64 size);
 
-/** Whether room is told by the system's own notice for the descriptor, and not by the socket's
- * bytesWritten().
- */
+/** Whether room shows by the system's notice for the descriptor, and not by the socket's bytesWritten(). */
 bool sendsPastSocketBuffer();
 
 } // namespace ts::pm

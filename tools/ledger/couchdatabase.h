@@ -35,8 +35,7 @@ public:
     /** \a credentials as "user:password", or empty. */
     CouchDatabase(const QUrl &url, const QByteArray &credentials);
 
-    /** True unless it failed. With \a prune, packages, keywords and links that are not in the catalogue go.
-     */
+    /** With \a prune, packages, keywords and links go that the catalogue has not. True unless it failed. */
     bool upload(const QVector<CouchDocument> &documents, bool prune);
 
     Result result() const { return outcome; }

@@ -9,8 +9,7 @@
 
 namespace ts::ledger {
 
-/** Reads the content of a keyword file, and tells what in it would go missing in an application. One thread.
- */
+/** Reads the content of a keyword file, and tells what of it applications would miss. One thread. */
 class KeywordFile
 {
 public:

@@ -16,8 +16,7 @@ public:
     /** \a records and \a verification have to outlive this. */
     LedgerReport(const LedgerRecords &records, const LedgerVerification &verification);
 
-    /** Prints tables with a line for each record. False, with an error told, if the output does not take it.
-     */
+    /** Prints tables with a line for each record. False, with an error told, if that cannot be written. */
     bool print() const;
 
     /** Prints all that the records hold, as one JSON object. False as for print(). */

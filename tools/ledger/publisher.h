@@ -43,8 +43,7 @@ public:
 
     Publisher(const ServerTree &tree, const Options &options);
 
-    /** \a catalogue holds the files that \a ledger, which has the \a records, names. True unless it failed.
-     */
+    /** \a catalogue holds the files that \a ledger, made of \a records, names. True unless it failed. */
     bool publish(const QByteArray &ledger, const LedgerRecords &records, const Catalogue &catalogue);
 
     Result result() const { return outcome; }

@@ -46,8 +46,7 @@ public:
 /** Adds the option "root-key" for the key that is believed. */
 void addRootKeyOption(CommandLine &line);
 
-/** The public key of the option "root-key", or the one built in. Unusable, with an error, if there is none.
- */
+/** The public key of the option "root-key", or the one built in; unusable, with an error, if it is none. */
 crypto::ed25519::PublicKey rootKey(const CommandLine &line, Problems &problems);
 
 } // namespace ts::ledger
