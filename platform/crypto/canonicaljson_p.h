@@ -13,8 +13,9 @@ namespace ts::crypto {
  * Writes one JSON object, or one string, in the canonical form of RFC 8785 into one buffer, without a copy in
  * between.
  *
- * Threads: one at a time. Errors: a write that returns false has met what has no canonical form; what has
- * been written until then is of no use.
+ * Threads: one at a time.
+ * Errors: a write that returns false has met what has no canonical form; what has been written until then is
+ * of no use.
  */
 class CanonicalJson
 {

@@ -14,8 +14,10 @@ constexpr int PublicKeyDerSize = 44; ///< bytes of a SubjectPublicKeyInfo (RFC 8
 /**
  * An Ed25519 public key (RFC 8032).
  *
- * A value. Threads: immutable, any thread. Errors: what is no key makes an unusable object, which converts to
- * false and verifies nothing.
+ * A value.
+ *
+ * Threads: immutable, any thread.
+ * Errors: what is no key makes an unusable object, which converts to false and verifies nothing.
  */
 class TAMSELCRYPTO_EXPORT PublicKey
 {
@@ -49,7 +51,10 @@ private:
 /**
  * An Ed25519 private key, for those who publish.
  *
- * A value whose bytes are wiped when it goes. Threads: immutable, any thread. Errors: as for PublicKey.
+ * A value whose bytes are wiped when it goes.
+ *
+ * Threads: immutable, any thread.
+ * Errors: as for PublicKey.
  */
 class TAMSELCRYPTO_EXPORT PrivateKey
 {

@@ -13,10 +13,10 @@ namespace ts::crypto {
 /**
  * The bytes of a JSON object that are signed.
  *
- * Threads: any thread. Errors: an object without canonical form (a lone surrogate in a text or a key, a
- * number that is not finite, two equal keys, which QJsonDocument lets pass at times) gives a null array;
- * nobody signs or verifies that. So does one that is nested more than 1536 levels deep, half as deep again as
- * QJsonDocument reads.
+ * Threads: any thread.
+ * Errors: an object without canonical form (a lone surrogate in a text or a key, a number that is not finite,
+ * two equal keys, which QJsonDocument lets pass at times) gives a null array; nobody signs or verifies that.
+ * So does one that is nested more than 1536 levels deep, half as deep again as QJsonDocument reads.
  */
 class TAMSELCRYPTO_EXPORT JsonSignature
 {

@@ -25,9 +25,10 @@ class Loader;
  * Applications derive from it to offer interfaces to what stands in the documents, such as the provider of
  * the packages that they link to.
  *
- * Ownership: owns its documents and, as QObject parent, its loaders. Threads: one thread, that of all its
- * documents and loaders. Errors: none; a document without data stays unloaded. It does not talk to the
- * database itself: service URL and database name are there for those who do.
+ * Ownership: owns its documents and, as QObject parent, its loaders.
+ * Threads: one thread, that of all its documents and loaders.
+ * Errors: none; a document without data stays unloaded.
+ * It does not talk to the database itself: service URL and database name are there for those who do.
  */
 class TAMSELDATACORE_EXPORT Context : public QObject
 {

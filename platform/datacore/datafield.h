@@ -15,8 +15,9 @@ class LinkedDocument;
  * One field of a kind of documents: how the value under its name is read, written and compared. This class
  * handles plain JSON values; derive from it for values of another type.
  *
- * Ownership: the parent's. Knows no document; each call names the one that it is about. Threads: that of the
- * documents. Errors: none; a null document reads as an invalid value and takes none.
+ * Ownership: the parent's. Knows no document; each call names the one that it is about.
+ * Threads: that of the documents.
+ * Errors: none; a null document reads as an invalid value and takes none.
  */
 class TAMSELDATACORE_EXPORT DataField : public QObject
 {

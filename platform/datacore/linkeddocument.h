@@ -23,9 +23,10 @@ class LinkedDocumentPrivate;
  * known with registerReferenceType().
  *
  * Ownership: documents that Context::openDocument() returns belong to the context; any other to its parent.
- * Objects that it links to are not owned. Threads: the thread of its context. Errors: none; what is not there
- * reads as undefined, a text that is no reference decodes to null. It keeps no history and writes nothing
- * back to a database.
+ * Objects that it links to are not owned.
+ * Threads: the thread of its context.
+ * Errors: none; what is not there reads as undefined, a text that is no reference decodes to null.
+ * It keeps no history and writes nothing back to a database.
  */
 class TAMSELDATACORE_EXPORT LinkedDocument : public QObject
 {

@@ -15,8 +15,9 @@ class Context;
  * One way by which the documents of a context get their data. Derive from it to bring in your own.
  *
  * Ownership: a child of its context. Deleting it earlier is fine, documents that it has not delivered are
- * then offered to the others. Threads: the thread of the context. Errors: a loader that cannot deliver keeps
- * silent; the document stays unloaded.
+ * then offered to the others.
+ * Threads: the thread of the context.
+ * Errors: a loader that cannot deliver keeps silent; the document stays unloaded.
  */
 class TAMSELDATACORE_EXPORT Loader : public QObject
 {

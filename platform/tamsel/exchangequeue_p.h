@@ -15,8 +15,9 @@ class RequestPrivate;
  * as Qt makes connections to an origin; the others wait. Left to Qt they would wait there, where nobody can
  * tell them from exchanges with a server that does not answer.
  *
- * Ownership: a child of its access manager. Threads: the access manager's. What other code asks of the access
- * manager is not counted.
+ * Ownership: a child of its access manager.
+ * Threads: the access manager's.
+ * What other code asks of the access manager is not counted.
  */
 class ExchangeQueue : public QObject
 {

@@ -23,12 +23,14 @@ class RequestPrivate;
  *
  * Ownership: belongs to its parent, and deletes itself once finished() has been delivered. Destroying it
  * earlier aborts the exchange without a signal. The data sink belongs to the caller, has to be open for
- * writing, and may go away at any time: the exchange then ends with an error. Threads: lives on the thread of
- * its access manager; all signals come there. Signals: finished() comes exactly once and always from the
- * event loop, never from a constructor or a setter. Errors: no connection, a time-out, a body that is too
- * large or ends too early, a sink that does not take all bytes and an HTTP status of 400 or above all set
- * error() and errorString(); a request with an error is never isOk(). It does not retry. A chunked body that
- * ends too early is the exception: Qt 5.15 may take it for complete, and this class cannot tell.
+ * writing, and may go away at any time: the exchange then ends with an error.
+ * Threads: lives on the thread of its access manager; all signals come there.
+ * Signals: finished() comes exactly once, always from the event loop, never from a constructor or a setter.
+ * Errors: no connection, a time-out, a body that is too large or ends too early, a sink that does not take
+ * all bytes and an HTTP status of 400 or above all set error() and errorString(); a request with an error is
+ * never isOk(). A chunked body that ends too early is the exception: Qt 5.15 may take it for complete, and
+ * this class cannot tell.
+ * It does not retry.
  *
  * Six exchanges of an access manager with one origin are under way at a time, which is what Qt has
  * connections for. The others wait for their turn in the order in which they were made.

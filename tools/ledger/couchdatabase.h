@@ -19,7 +19,8 @@ namespace ts::ledger {
  * a whole, files included; while several are, applications may read old and new ones side by side. Documents
  * of other kinds are left alone.
  *
- * Threads: one, on which events are handled. Errors: see errors(); what was written by then stays.
+ * Threads: one, on which events are handled.
+ * Errors: see errors(); what was written by then stays.
  */
 class CouchDatabase
 {

@@ -14,7 +14,8 @@ namespace ts::ledger {
  * look whether indices lie in their tables. The sections stand directly behind the header, in the order
  * issuers, keywords, packages, links.
  *
- * Errors: records that the format cannot carry make no document. Threads: any.
+ * Threads: any.
+ * Errors: records that the format cannot carry make no document.
  */
 class LedgerWriter
 {

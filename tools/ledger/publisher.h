@@ -20,9 +20,9 @@ namespace ts::ledger {
  * are missing. What is there already is not written again. One publisher works on a directory at a time; the
  * others wait.
  *
- * Threads: one; files are copied on the global thread pool. Errors: see errors(); the ledger that was there
- * before then stays in force, unless the new one was in place already, and only its flush to the disk or the
- * removal of files failed.
+ * Threads: one; files are copied on the global thread pool.
+ * Errors: see errors(); the ledger that was there before then stays in force, unless the new one was in place
+ * already, and only its flush to the disk or the removal of files failed.
  */
 class Publisher
 {
