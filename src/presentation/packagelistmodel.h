@@ -23,7 +23,8 @@ class PackageListModelPrivate;
  * 30 ms after the last such change, a change of provider starts to take effect at once.
  *
  * Within one index the rows change by removals from the bottom up, then insertions from the top down, then
- * moves of single rows. A new index gives one model reset.
+ * moves of single rows. A new index gives one model reset. A plain ListView or GridView stands still for long
+ * when thousands of rows go; on a long list it wants "PromptLayout.enabled: true" of the QML module.
  *
  * Changing the order of a list that is shown: rows move only downwards or to a row below the first, so a new
  * order in which a package would have to move to row 0 brings no change at all. Take a new order through a
