@@ -82,7 +82,6 @@ Q_SIGNALS:
     void statusChanged();
 
 private:
-    friend class ServicePrivate;
     QScopedPointer<ServicePrivate> d;
 };
 

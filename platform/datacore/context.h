@@ -58,7 +58,6 @@ public:
     LinkedDocument *loadedDocument(const QString &id) const;
 
 private:
-    friend class ContextPrivate;
     friend class Loader;
     void addLoader(Loader *loader);
     void removeLoader(Loader *loader);

@@ -80,7 +80,6 @@ Q_SIGNALS:
     void dataChanged();
 
 private:
-    friend class LinkedDocumentPrivate;
     QScopedPointer<LinkedDocumentPrivate> d;
 };
 

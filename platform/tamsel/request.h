@@ -101,7 +101,6 @@ protected:
     Request(const QNetworkRequest &request, QNetworkAccessManager *manager, QObject *parent);
 
 private:
-    friend class RequestPrivate;
     QScopedPointer<RequestPrivate> d;
 };
 

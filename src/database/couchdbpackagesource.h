@@ -47,7 +47,6 @@ private Q_SLOTS:
     void finishUpdate();
 
 private:
-    friend class CouchDBPackageSourcePrivate;
     QScopedPointer<CouchDBPackageSourcePrivate> d;
 };
 

@@ -61,7 +61,6 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    friend class DocumentPackageSourcePrivate;
     QScopedPointer<DocumentPackageSourcePrivate> d;
 };
 

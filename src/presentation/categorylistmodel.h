@@ -54,7 +54,6 @@ private Q_SLOTS:
     void finishUpdate();
 
 private:
-    friend class CategoryListModelPrivate;
     QScopedPointer<CategoryListModelPrivate> d;
 };
 

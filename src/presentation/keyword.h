@@ -70,7 +70,6 @@ private Q_SLOTS:
     void update();
 
 private:
-    friend class KeywordPrivate;
     QScopedPointer<KeywordPrivate> d;
 };
 

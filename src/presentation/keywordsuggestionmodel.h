@@ -72,7 +72,6 @@ private Q_SLOTS:
     void finishUpdate();
 
 private:
-    friend class KeywordSuggestionModelPrivate;
     QScopedPointer<KeywordSuggestionModelPrivate> d;
 };
 

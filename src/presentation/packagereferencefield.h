@@ -47,7 +47,6 @@ Q_SIGNALS:
     void acceptedTypesChanged();
 
 private:
-    friend class PackageReferenceFieldPrivate;
     QScopedPointer<PackageReferenceFieldPrivate> d;
 };
 

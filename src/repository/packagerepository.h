@@ -94,7 +94,6 @@ private Q_SLOTS:
     void finishUpdate();
 
 private:
-    friend class PackageRepositoryPrivate;
     QScopedPointer<PackageRepositoryPrivate> d;
 };
 

@@ -47,7 +47,6 @@ protected:
     explicit PackageSource(QObject *parent = nullptr);
 
 private:
-    friend class PackageSourcePrivate;
     QScopedPointer<PackageSourcePrivate> d;
 };
 

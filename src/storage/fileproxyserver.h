@@ -67,7 +67,6 @@ private Q_SLOTS:
     void requestFile(QUrl file); // NOLINT(performance-unnecessary-value-param): the signature of the signal
 
 private:
-    friend class FileProxyServerPrivate;
     QScopedPointer<FileProxyServerPrivate> d;
 };
 

@@ -58,7 +58,6 @@ public:
     FileStoreTarget *getTarget(const QString &id, QCryptographicHash::Algorithm algorithm);
 
 private:
-    friend class FileStorePrivate;
     QScopedPointer<FileStorePrivate> d;
 };
 
