@@ -19,6 +19,11 @@ namespace ts::pm {
 
 namespace {
 
+void loadTexts(QTranslator *translator, const QString &path)
+{
+    Q_UNUSED(translator->load(path, QString(), QString(), QString())) // a bad file leaves it empty
+}
+
 // Keeps its place among the translators of the application when it gets another file.
 //
 // Workers translate manifests at any time, under a lock of Qt's that loading does not take. So a file is
@@ -42,12 +47,12 @@ public:
     void replaceTexts(const QString &path)
     {
         auto replaced = std::make_unique<QTranslator>();
-        Q_UNUSED(replaced->load(path, QString(), QString(), QString())) // a bad file leaves it empty
+        loadTexts(replaced.get(), path);
         {
             const QWriteLocker locker(&lock);
             texts.swap(replaced);
         }
-        Q_UNUSED(load(path, QString(), QString(), QString()))
+        loadTexts(this, path);
     }
 
     QString translate(const char *context, const char *sourceText, const char *disambiguation,
@@ -80,7 +85,7 @@ void loadFile(QTranslator *translator, const QString &path)
     if (auto *own = dynamic_cast<PackageTranslator *>(translator))
         own->replaceTexts(path);
     else
-        Q_UNUSED(translator->load(path, QString(), QString(), QString()))
+        loadTexts(translator, path);
 }
 
 // The first language that the package has decides, even where it names no file, or one that is missing.
