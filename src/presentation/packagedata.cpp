@@ -67,8 +67,8 @@ void PackageDataPrivate::queueFieldChange()
 QVector<PackageDataPrivate::Value> PackageDataPrivate::readValues() const
 {
     const bool installed = reference && reference->status() == PackageReference::Installed;
-    const auto index =
-        reference ? reference->packageIndex() : nullptr; // keeps the node while fields are read
+    // The index keeps the node while fields are read.
+    const QSharedPointer<PackageIndex> index = reference ? reference->packageIndex() : nullptr;
     const PackageNode *node = reference ? reference->node() : nullptr;
     const QStringList keys = map->keys();
     QSet<QString> stale(keys.begin(), keys.end());
