@@ -155,7 +155,7 @@ bool LedgerReport::printJson() const
         {{QStringLiteral("issuers"), records.issuers.size(), [this](int i) { return issuerJson(i); }},
          {QStringLiteral("keywords"), records.keywords.size(), [this](int i) { return keywordJson(i); }},
          {QStringLiteral("languages"), records.languages.size(),
-          [this](int i) { return ledger::toText(records.languages.at(i)); }},
+          [this](int i) { return toText(records.languages.at(i)); }},
          {QStringLiteral("links"), records.links.size(), [this](int i) { return linkJson(i); }},
          {QStringLiteral("packages"), records.packages.size(), [this](int i) { return packageJson(i); }}});
 }
@@ -163,8 +163,8 @@ bool LedgerReport::printJson() const
 QJsonObject LedgerReport::issuerJson(int index) const
 {
     const IssuerRecord &issuer = records.issuers.at(index);
-    return {{QStringLiteral("name"), ledger::toText(issuer.name)},
-            {QStringLiteral("secondName"), ledger::toText(issuer.secondName)},
+    return {{QStringLiteral("name"), toText(issuer.name)},
+            {QStringLiteral("secondName"), toText(issuer.secondName)},
             {QStringLiteral("keySha256"), fingerprintOf(issuer)},
             {QStringLiteral("signatureGood"), verification.issuers.at(index)}};
 }
@@ -175,12 +175,12 @@ QJsonObject LedgerReport::keywordJson(int index) const
     QJsonObject strings;
     for (const TranslationRecord &translation : keyword.translations) {
         const auto pieces = [](const QByteArray &value) {
-            return QJsonValue(mapped(value.split('\0').toVector(), &ledger::toText));
+            return QJsonValue(mapped(value.split('\0').toVector(), &toText));
         };
         strings.insert(shortened(records.languages.at(translation.language), mostInReferences),
                        mapped(translation.values, pieces));
     }
-    return {{QStringLiteral("id"), ledger::toText(keyword.id)},
+    return {{QStringLiteral("id"), toText(keyword.id)},
             {QStringLiteral("type"), keywordTypeName(keyword.type)},
             {QStringLiteral("strings"), strings}};
 }
@@ -190,8 +190,8 @@ QJsonObject LedgerReport::packageJson(int index) const
     const PackageRecord &package = records.packages.at(index);
     QJsonObject files;
     for (const FileRecord &file : package.files)
-        files.insert(ledger::toText(file.path), QString::fromLatin1(file.digest.toHex()));
-    return {{QStringLiteral("id"), ledger::toText(package.id)},
+        files.insert(toText(file.path), QString::fromLatin1(file.digest.toHex()));
+    return {{QStringLiteral("id"), toText(package.id)},
             {QStringLiteral("type"), shortened(records.types.at(package.type), mostInTypes)},
             {QStringLiteral("issuer"), shortened(records.issuers.at(package.issuer).name, mostInReferences)},
             {QStringLiteral("revision"), revisionOf(package)},
