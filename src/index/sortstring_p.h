@@ -3,7 +3,6 @@
 #include "repository/link.h"
 
 #include <QString>
-#include <QStringRef>
 #include <QVarLengthArray>
 #include <QVector>
 

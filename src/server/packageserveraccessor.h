@@ -20,7 +20,6 @@ namespace ts::pm {
 class FileProxyServer;
 class FileStore;
 class PackageLedger;
-struct PackageEntry;
 
 /**
  * Reads one ledger of a PackageServer, and serves files of its packages before they are installed.

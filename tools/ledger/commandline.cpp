@@ -2,8 +2,6 @@
 
 #include "ledger/console.h"
 
-#include <QCoreApplication>
-
 namespace ts::ledger {
 
 int fail(const QString &message)

@@ -6,6 +6,7 @@
 #include <TamselCrypto/JsonSignature>
 
 #include <QFile>
+#include <QJsonArray>
 #include <QJsonDocument>
 #include <QSet>
 

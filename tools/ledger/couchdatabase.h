@@ -4,7 +4,6 @@
 #include "ledger/httpclient.h"
 
 #include <QHash>
-#include <QJsonArray>
 #include <QJsonObject>
 #include <QStringList>
 #include <QUrl>

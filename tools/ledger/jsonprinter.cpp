@@ -4,7 +4,6 @@
 
 #include <QJsonArray>
 #include <QJsonDocument>
-#include <QStringList>
 
 namespace ts::ledger {
 

@@ -4,7 +4,6 @@
 #include "server/rootkey_p.h"
 
 #include <QFile>
-#include <QFileInfo>
 #include <QTemporaryFile>
 
 #include <cerrno>

@@ -5,8 +5,6 @@
 #include "ledger/servertree.h"
 
 #include <QByteArray>
-#include <QHash>
-#include <QSet>
 #include <QString>
 #include <QStringList>
 

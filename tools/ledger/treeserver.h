@@ -3,7 +3,6 @@
 #include "ledger/servertree.h"
 
 #include <QScopedPointer>
-#include <QString>
 
 #include <thread>
 
