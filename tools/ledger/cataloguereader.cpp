@@ -1,6 +1,6 @@
 #include "ledger/cataloguereader.h"
 
-#include "ledger/counted.h"
+#include "ledger/cataloguecheck.h"
 #include "ledger/filecopy.h"
 #include "ledger/keywordfile.h"
 #include "ledger/latin1.h"
@@ -10,13 +10,10 @@
 
 #include <QFile>
 #include <QFileInfo>
-#include <QHash>
 #include <QJsonDocument>
-#include <QVariant>
 #include <QtConcurrentMap>
 
 #include <algorithm>
-#include <set>
 #include <tuple>
 
 namespace ts::ledger {
@@ -43,15 +40,6 @@ bool isInstallable(const QString &name)
     return colon != 0 && (colon != 1 || !first.isLetter() || first.unicode() >= 0x80);
 }
 
-bool hasText(const pm::KeywordInfo &keyword, const QString &language)
-{
-    if (keyword.type == pm::Keyword::Literal)
-        return true;
-    return std::any_of(keyword.strings.begin(), keyword.strings.end(), [&](const pm::LangString &string) {
-        return string.language == language && !(string.sg.isEmpty() && string.pl.isEmpty());
-    });
-}
-
 struct Hashing
 {
     CatalogueFile *file;
@@ -66,12 +54,6 @@ struct Hashing
             });
     }
 };
-
-bool hasFile(const CataloguePackage &package, const QString &name)
-{
-    return std::any_of(package.files.begin(), package.files.end(),
-                       [&name](const CatalogueFile &file) { return file.name == name; });
-}
 
 } // namespace
 
@@ -97,12 +79,7 @@ Catalogue CatalogueReader::read()
         problems.addError(root, QStringLiteral("holds no directory 'packages', 'dictionary' or 'links'"));
     digestFiles();
     sort();
-    checkIds();
-    checkLinks();
-    if (problems.errors.isEmpty()) {
-        checkLanguages();
-        checkTranslations();
-    }
+    checkCatalogue(catalogue, problems);
     return catalogue;
 }
 
@@ -302,80 +279,6 @@ void CatalogueReader::sort()
                   return std::tie(a.info.from, a.info.to, a.info.type)
                          < std::tie(b.info.from, b.info.to, b.info.type);
               });
-}
-
-void CatalogueReader::checkIds()
-{
-    QHash<QString, QString> places;
-    const auto check = [this, &places](const QString &id, const QString &place) {
-        if (places.contains(id))
-            problems.addError(place,
-                              QStringLiteral("the id '%1' is that of %2, too").arg(id, places.value(id)));
-        places.insert(id, place);
-    };
-    for (const CatalogueKeyword &keyword : qAsConst(catalogue.keywords))
-        check(keyword.info.id, keyword.origin);
-    for (const CataloguePackage &package : qAsConst(catalogue.packages))
-        check(package.info.id, package.origin);
-}
-
-void CatalogueReader::checkLinks()
-{
-    QSet<QString> ids;
-    for (const CatalogueKeyword &keyword : qAsConst(catalogue.keywords))
-        ids.insert(keyword.info.id);
-    for (const CataloguePackage &package : qAsConst(catalogue.packages))
-        ids.insert(package.info.id);
-    for (const CatalogueLink &link : qAsConst(catalogue.links)) {
-        for (const QString &end : {link.info.from, link.info.to}) {
-            if (!ids.contains(end))
-                problems.addError(
-                    link.origin,
-                    QStringLiteral("no package and no keyword of this directory has the id '%1'").arg(end));
-        }
-    }
-}
-
-// One string is enough for a server to offer its language. German and English are always in use: the one for
-// the order of packages, the other for everybody whose language is not offered.
-void CatalogueReader::checkLanguages()
-{
-    std::set<QString> languages{QStringLiteral("de"), QStringLiteral("en")};
-    for (const CatalogueKeyword &keyword : qAsConst(catalogue.keywords)) {
-        for (const pm::LangString &string : keyword.info.strings)
-            languages.insert(string.language);
-    }
-    languages.erase(QString()); // that of literals
-    for (const QString &language : languages) {
-        QStringList places;
-        for (const CatalogueKeyword &keyword : qAsConst(catalogue.keywords)) {
-            if (!hasText(keyword.info, language))
-                places.append(keyword.origin);
-        }
-        if (places.isEmpty())
-            continue;
-        QString text =
-            QStringLiteral("no text in the language '%1', in which it shows as empty").arg(language);
-        if (const int others = places.size() - 1; others > 0)
-            text += QStringLiteral("; the same goes for %1").arg(counted(others, latin1("other keyword")));
-        problems.addWarning(places.constFirst(), text);
-    }
-}
-
-// An application loads the file that a translation names for its language, and is silent if there is none.
-void CatalogueReader::checkTranslations()
-{
-    for (const CataloguePackage &package : qAsConst(catalogue.packages)) {
-        if (package.info.type.section(QLatin1Char(':'), 0, 0) != QLatin1String("translation"))
-            continue;
-        const QVariantMap fields = package.manifest.toVariantMap();
-        for (const QVariant &value : fields) {
-            const QString name = value.toString();
-            if (name.endsWith(QLatin1String(".qm")) && !hasFile(package, name))
-                problems.addWarning(package.origin,
-                                    QStringLiteral("names '%1', but has no such file").arg(name));
-        }
-    }
 }
 
 } // namespace ts::ledger

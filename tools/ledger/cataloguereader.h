@@ -44,10 +44,6 @@ private:
     std::optional<QJsonObject> readObject(const QString &path);
     void digestFiles();
     void sort();
-    void checkIds();
-    void checkLinks();
-    void checkLanguages();
-    void checkTranslations();
 
     const QString root; // canonical; empty if there is no such directory
     const SubDirectories subDirectories;
