@@ -46,6 +46,31 @@ const QSet<QByteArray> &sectionTags()
     return tags;
 }
 
+/** Checks the section of an entry of the offset table, and gives the size that it declares. */
+bool readSectionHead(const QByteArray &tag, quint32 offset, const char *document, unsigned int size,
+                     quint32 *payload)
+{
+    if (!sectionTags().contains(tag)) {
+        qCCritical(lcLedger) << "Invalid offset table entry" << tag;
+        return false;
+    }
+    if (offset < HeaderSize || offset > size - SectionHeadSize) {
+        qCCritical(lcLedger) << "Invalid offset" << offset << "for offset able entry" << tag;
+        return false;
+    }
+    if (std::memcmp(document + offset, tag.constData(), TagSize) != 0) {
+        qCCritical(lcLedger) << "Invalid offset" << offset << "for offset able entry" << tag
+                             << "(No such section at that offset)";
+        return false;
+    }
+    *payload = qFromLittleEndian<quint32>(document + offset + TagSize);
+    if (offset + *payload >= size) {
+        qCCritical(lcLedger) << "Segment" << tag << "has out of bounds section size" << *payload;
+        return false;
+    }
+    return true;
+}
+
 /** Where a section begins in the document, and where the next one has to. */
 using Extent = QPair<quint32, quint32>;
 
@@ -233,25 +258,10 @@ bool PackageLedger::parseOffsetTable(const Header &header, const char *document,
     QVector<Extent> extents;
     for (const Header::Entry &entry : header.offsets) {
         const QByteArray tag(entry.tag, TagSize);
-        if (!sectionTags().contains(tag)) {
-            qCCritical(lcLedger) << "Invalid offset table entry" << tag;
-            return false;
-        }
         const auto offset = qFromLittleEndian<quint32>(entry.offset);
-        if (offset < HeaderSize || offset > size - SectionHeadSize) {
-            qCCritical(lcLedger) << "Invalid offset" << offset << "for offset able entry" << tag;
+        quint32 payload = 0;
+        if (!readSectionHead(tag, offset, document, size, &payload))
             return false;
-        }
-        if (std::memcmp(document + offset, entry.tag, TagSize) != 0) {
-            qCCritical(lcLedger) << "Invalid offset" << offset << "for offset able entry" << tag
-                                 << "(No such section at that offset)";
-            return false;
-        }
-        const auto payload = qFromLittleEndian<quint32>(document + offset + TagSize);
-        if (offset + payload >= size) {
-            qCCritical(lcLedger) << "Segment" << tag << "has out of bounds section size" << payload;
-            return false;
-        }
         segments.insert(tag, QByteArray::fromRawData(document + offset, int(qMin(payload, size - offset))));
         missing.remove(tag);
         extents.append({offset, offset + payload + SectionHeadSize});
