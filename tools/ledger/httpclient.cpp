@@ -39,15 +39,20 @@ HttpClient::HttpClient(const QByteArray &credentials)
     manager.setTransferTimeout(transferTimeout);
 }
 
-HttpAnswer HttpClient::exchange(const QByteArray &method, const QUrl &url, const QByteArray &json,
-                                const Taker &taker)
+QNetworkReply *HttpClient::send(const QByteArray &method, const QUrl &url, const QByteArray &json)
 {
     QNetworkRequest request(url);
     if (!authorization.isEmpty())
         request.setRawHeader("Authorization", authorization);
     if (!json.isNull())
         request.setHeader(QNetworkRequest::ContentTypeHeader, QStringLiteral("application/json"));
-    const QScopedPointer<QNetworkReply> reply(manager.sendCustomRequest(request, method, json));
+    return manager.sendCustomRequest(request, method, json);
+}
+
+HttpAnswer HttpClient::exchange(const QByteArray &method, const QUrl &url, const QByteArray &json,
+                                const Taker &taker)
+{
+    const QScopedPointer<QNetworkReply> reply(send(method, url, json));
     QEventLoop loop;
     QObject::connect(reply.data(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
     QString distrust;

@@ -35,6 +35,8 @@ public:
                         const Taker &taker = {});
 
 private:
+    QNetworkReply *send(const QByteArray &method, const QUrl &url, const QByteArray &json);
+
     QNetworkAccessManager manager;
     const QByteArray authorization; // value of the header; empty without credentials
 };
