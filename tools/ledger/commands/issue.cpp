@@ -8,17 +8,15 @@
 
 namespace ts::ledger {
 
-int issue(const QStringList &arguments)
+namespace {
+
+constexpr QLatin1String rootKey = latin1("root-key");
+constexpr QLatin1String name = latin1("name");
+constexpr QLatin1String secondName = latin1("second-name");
+constexpr QLatin1String outputOption = latin1("output");
+
+void addOptions(CommandLine &line)
 {
-    constexpr QLatin1String rootKey = latin1("root-key");
-    constexpr QLatin1String name = latin1("name");
-    constexpr QLatin1String secondName = latin1("second-name");
-    constexpr QLatin1String outputOption = latin1("output");
-    CommandLine line(
-        QStringLiteral("issue"),
-        QStringLiteral("Lets an issuer sign packages: the root key signs the issuer's public key into a "
-                       "certificate. Nothing else needs the root key, so it can be kept offline. The "
-                       "certificate is not secret."));
     line.addOption(rootKey, QStringLiteral("FILE"), QStringLiteral("The private root key."));
     line.addOption(name, QStringLiteral("TEXT"), QStringLiteral("The issuer's name, for people."));
     line.addOption(secondName, QStringLiteral("TEXT"),
@@ -26,6 +24,18 @@ int issue(const QStringList &arguments)
     line.addOption(outputOption, QStringLiteral("FILE"), QStringLiteral("Where the certificate goes."));
     line.require({rootKey, name, outputOption});
     line.addArgument(QStringLiteral("KEY"), QStringLiteral("The issuer's public key."));
+}
+
+} // namespace
+
+int issue(const QStringList &arguments)
+{
+    CommandLine line(
+        QStringLiteral("issue"),
+        QStringLiteral("Lets an issuer sign packages: the root key signs the issuer's public key into a "
+                       "certificate. Nothing else needs the root key, so it can be kept offline. The "
+                       "certificate is not secret."));
+    addOptions(line);
     if (const auto exitCode = line.parse(arguments))
         return *exitCode;
 
