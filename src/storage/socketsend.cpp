@@ -101,10 +101,9 @@ qint64 sendFromFile(QTcpSocket *socket, QFile *file, qint64 offset, qint64 size)
         return taken;
     if (isFull(error))
         return 0;
-    // Past the page cache, a file system that gives less than it was asked for seems to be at its end.
-    if (taken == 0 || error == EINVAL || error == ENOSYS)
-        return sendCopy(socket, file, offset, size);
-    return -1;
+    // A system may refuse for this file, or a sandbox for any. Past the page cache, a file system that gives
+    // less than it was asked for seems to be at its end. What is broken is so for a copy too.
+    return sendCopy(socket, file, offset, size);
 }
 
 #else

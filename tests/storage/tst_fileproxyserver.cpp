@@ -7,15 +7,36 @@
 #include <QTcpSocket>
 #include <QtTest>
 
+#include <cerrno>
 #include <csignal>
 #include <functional>
 #include <memory>
 #include <vector>
 
+#include <dlfcn.h>
+#include <sys/sendfile.h>
 #include <sys/socket.h>
 
 using namespace ts::pm;
 using namespace ts::pm::test;
+
+namespace {
+
+bool sendfileIsDenied = false;
+
+} // namespace
+
+// Stands before the function of the C library. That has another name where offsets have 64 bits.
+extern "C" __attribute__((visibility("default"))) ssize_t sendfile(int to, int from, off_t *offset,
+                                                                   size_t size) noexcept
+{
+    if (sendfileIsDenied) {
+        errno = EPERM;
+        return -1;
+    }
+    const char *name = sizeof(off_t) == 8 ? "sendfile64" : "sendfile";
+    return reinterpret_cast<decltype(&sendfile)>(dlsym(RTLD_NEXT, name))(to, from, offset, size);
+}
 
 namespace {
 
@@ -239,6 +260,15 @@ private Q_SLOTS:
             QCOMPARE(after.hear(8).left(8), QByteArray("HTTP/1.1"));
         }
         std::signal(SIGPIPE, handler);
+    }
+
+    // As in a sandbox that knows nothing of sendfile().
+    void sendsCopies()
+    {
+        sendfileIsDenied = true;
+        const auto allow = qScopeGuard([] { sendfileIsDenied = false; });
+        const QByteArray answer = file("application/octet-stream", picture());
+        QCOMPARE(RawClient(*server, get("picture")).hear(answer.size()), answer);
     }
 
     void survivesItsProviders()
