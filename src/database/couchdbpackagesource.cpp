@@ -99,6 +99,9 @@ void CouchDBPackageSource::update()
     d->workingDir = ts::util::WorkingDir();
     auto *file = new QFile(d->workingDir.filePath(randomName()));
     file->open(QIODevice::WriteOnly); // if it fails, the request does
+    // Network file systems only hide what is removed while it is open, and keep the directory for it. So each
+    // file has a share, which goes after it has been closed.
+    connect(file, &QObject::destroyed, file, [share = d->workingDir] {});
     QNetworkRequest request(d->viewUrl());
     request.setRawHeader(QByteArrayLiteral("Connection"), QByteArrayLiteral("close"));
     d->request = new ts::GetRequest(request, d->manager, this);

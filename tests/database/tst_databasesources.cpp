@@ -283,6 +283,9 @@ private Q_SLOTS:
             stage.source->update();
         // Six under way, as for any server, and the last one.
         QTRY_COMPARE(stage.source->findChildren<ts::Request *>().size(), hasDocuments ? 1 : 7);
+        const auto openFiles = stage.source->findChildren<QFile *>();
+        for (const QFile *file : openFiles) // their directories could not go everywhere
+            QVERIFY(file->exists());
     }
 
     void survivesRestarts()
