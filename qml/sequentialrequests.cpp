@@ -1,8 +1,12 @@
 #include "sequentialrequests.h"
 
+#include "relayedreply.h"
+
 #include <QNetworkAccessManager>
 #include <QNetworkReply>
 #include <QNetworkRequest>
+#include <QPointer>
+#include <QQueue>
 #include <QRegularExpression>
 #include <QVector>
 
@@ -12,7 +16,7 @@ namespace ts::pm {
 
 namespace {
 
-constexpr int mostLines = 8; // Image asks for as many pictures at a time; further requests share a line
+constexpr int mostLines = 8; // Image asks for as many pictures at a time; further requests wait
 
 // Whether the file comes from the server of files that are not local yet, as far as its URL tells. Other
 // servers on this machine may want their cookies back, which each manager has of its own.
@@ -30,21 +34,22 @@ public:
 
     QNetworkReply *send(Operation operation, const QNetworkRequest &request, QIODevice *outgoingData)
     {
+        ready = false;
         QNetworkReply *reply = createRequest(operation, request, outgoingData);
         connect(reply, &QNetworkReply::finished, this, [this, reply] {
             const QVariant status = reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-            usedUp |= status.isValid() && status.toInt() != 200;
+            ready = !status.isValid() || status.toInt() == 200;
         });
         return reply;
     }
 
-    /** Whether the server takes no further request over this connection. */
-    bool isUsedUp() const { return usedUp; }
+    /** Whether the server takes the next request over this connection. */
+    bool isReady() const { return ready; }
 
-    int requestCount() const
+    bool isBusy() const
     {
         const QList<QNetworkReply *> all = replies();
-        return int(std::count_if(all.begin(), all.end(), [](auto *reply) { return reply->isRunning(); }));
+        return std::any_of(all.begin(), all.end(), [](auto *reply) { return reply->isRunning(); });
     }
 
     QList<QNetworkReply *> replies() const
@@ -53,7 +58,7 @@ public:
     }
 
 private:
-    bool usedUp = false;
+    bool ready = true;
 };
 
 class SequentialAccessManager : public QNetworkAccessManager
@@ -69,25 +74,57 @@ protected:
             return QNetworkAccessManager::createRequest(operation, request, outgoingData);
         QNetworkRequest sequential = request;
         sequential.setAttribute(QNetworkRequest::HttpPipeliningAllowedAttribute, false);
-        return freeLine()->send(operation, sequential, outgoingData);
+        auto *reply = new RelayedReply(operation, sequential, this);
+        waiting.enqueue({reply, outgoingData});
+        sendWaiting();
+        return reply;
     }
 
 private:
-    // The one with the fewest requests under way if all have some.
+    struct Waiting
+    {
+        QPointer<RelayedReply> reply; // null if nobody wants it any more
+        QPointer<QIODevice> outgoingData;
+    };
+
+    void sendWaiting()
+    {
+        while (!waiting.isEmpty()) {
+            const Waiting next = waiting.head();
+            if (next.reply && next.reply->isRunning()) {
+                Line *line = freeLine();
+                if (!line)
+                    return;
+                send(line, next);
+            }
+            waiting.dequeue();
+        }
+    }
+
+    // The next one later, since a line must not go while it looks on at the end of a reply.
+    void send(Line *line, const Waiting &next)
+    {
+        RelayedReply *relayed = next.reply;
+        QNetworkReply *reply = line->send(relayed->operation(), relayed->request(), next.outgoingData);
+        relayed->follow(reply);
+        connect(reply, &QNetworkReply::finished, this, &SequentialAccessManager::sendWaiting,
+                Qt::QueuedConnection);
+        connect(reply, &QObject::destroyed, this, &SequentialAccessManager::sendWaiting,
+                Qt::QueuedConnection);
+    }
+
+    // Null if each is busy, and there are as many as there may be.
     Line *freeLine()
     {
         dropUsedUpLines();
-        Line *best = nullptr;
-        int count = 0;
+        int busy = 0;
         for (Line *line : qAsConst(lines)) {
-            if (line->isUsedUp())
-                continue;
-            ++count;
-            if (!best || line->requestCount() < best->requestCount())
-                best = line;
+            if (line->isReady())
+                return line;
+            busy += line->isBusy();
         }
-        if (best && (best->requestCount() == 0 || count == mostLines))
-            return best;
+        if (busy == mostLines)
+            return nullptr;
         lines.append(new Line(this));
         return lines.constLast();
     }
@@ -96,12 +133,13 @@ private:
     void dropUsedUpLines()
     {
         for (int i = lines.size() - 1; i >= 0; --i) {
-            if (lines.at(i)->isUsedUp() && lines.at(i)->replies().isEmpty())
+            if (!lines.at(i)->isReady() && lines.at(i)->replies().isEmpty())
                 delete lines.takeAt(i);
         }
     }
 
     QVector<Line *> lines; // children
+    QQueue<Waiting> waiting;
 };
 
 } // namespace
