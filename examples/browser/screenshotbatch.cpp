@@ -35,9 +35,23 @@ std::unique_ptr<QProcess> startVariant(const BrowserOptions &options, const QStr
     return process;
 }
 
+bool hasEnded(QProcess &process, const QDeadlineTimer &deadline)
+{
+    return process.waitForFinished(static_cast<int>(deadline.remainingTime()));
+}
+
+// QSemaphore::release() of Qt 5.15 can write once more where the semaphore was, after acquire() has returned.
+// Qt paints larger areas in parallel, with such semaphores on the stack, so that one in some millions of
+// fills spoils a stack. A process that died is worth a second try; one that gave up is not.
 bool hasSucceeded(QProcess &process, const QDeadlineTimer &deadline)
 {
-    const bool ended = process.waitForFinished(static_cast<int>(deadline.remainingTime()));
+    bool ended = hasEnded(process, deadline);
+    if (ended && process.exitStatus() == QProcess::CrashExit) {
+        QTextStream(stderr) << QStringLiteral(
+            "tamsel-browser: A process crashed, its pictures are drawn again.\n");
+        process.start();
+        ended = hasEnded(process, deadline);
+    }
     return ended && process.exitStatus() == QProcess::NormalExit && process.exitCode() == 0;
 }
 
